@@ -1,0 +1,13 @@
+#pragma once
+
+#include <functional>
+
+namespace host {
+
+/// The one crossing from any thread to the toolkit's main loop.
+///
+/// Runs `call` on a later turn of the main loop, in the order of posting. May be called from any
+/// thread, the main one included. A call posted after the main loop has ended is dropped.
+void post_to_main_loop(std::function<void()> call);
+
+}  // namespace host

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <Evas.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace host {
+
+/// A converted picture, ready to be shown: BGRx, top row first. Its pixels stay mapped until it is
+/// destroyed. May be created on any thread; destroyed on the main loop.
+class VideoFrame {
+public:
+    virtual ~VideoFrame() = default;
+    [[nodiscard]] virtual const void *pixels() const = 0;
+    [[nodiscard]] virtual int width() const = 0;   ///< pixels
+    [[nodiscard]] virtual int height() const = 0;  ///< pixels
+    [[nodiscard]] virtual int stride() const = 0;  ///< bytes from row to row
+};
+
+/// The plane below the program's window. Its size is that of the round screen in real pixels; it
+/// doesn't turn with the window. Thread: main loop.
+class VideoPlane {
+public:
+    virtual ~VideoPlane() = default;
+    [[nodiscard]] virtual int width() const = 0;   ///< pixels
+    [[nodiscard]] virtual int height() const = 0;  ///< pixels
+    /// Shows `frame` unscaled with its top left corner at x, y of the plane; what it doesn't cover
+    /// is black. The frame before it is freed. A frame larger than the plane is cut.
+    virtual void show(std::unique_ptr<VideoFrame> frame, int x, int y) = 0;
+    /// Shows nothing.
+    virtual void clear() = 0;
+    /// `changed` is called after the plane's size has changed; empty ends that.
+    virtual void on_resized(std::function<void()> changed) = 0;
+};
+
+/// The plane below `window`, one that elm_win_add() gave to the program; null for any other object.
+[[nodiscard]] VideoPlane *video_plane_of(Evas_Object *window);
+
+/// The program's live window, or null.
+[[nodiscard]] Evas_Object *program_window();
+
+/// Starts the toolkit side of the shell for options(): called by the life cycle before create.
+/// @return false, after one clear line on standard error, when no screen can be had.
+[[nodiscard]] bool start_shell();
+/// Frees the top-level window and all that belongs to it.
+void stop_shell();
+
+/// Writes what the shell shows, bezel included, as a PNG file. Renders a pending change first.
+[[nodiscard]] bool save_screenshot(const std::string &file);
+
+/// Input as a person gives it, in pixels of the round screen. Used by the control socket; the real
+/// pointer, wheel and keys take the same road.
+void pointer_down(int x, int y);
+void pointer_move(int x, int y);
+void pointer_up(int x, int y);
+/// `detents` > 0 clockwise, < 0 counter-clockwise, `interval_ms` between two of them.
+void turn_bezel(int detents, int interval_ms);
+enum class Key { back, more, home };
+void press_key(Key key);
+/// Turns the watch: 0, 90, 180 or 270 degrees.
+void turn_screen(int degrees);
+
+}  // namespace host
