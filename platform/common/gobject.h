@@ -35,6 +35,8 @@ private:
     GError *error_ = nullptr;
 };
 
-[[nodiscard]] inline GErrorOut out(GErrorPtr &error) { return GErrorOut(error); }
+[[nodiscard]] inline GErrorOut out(GErrorPtr &error) {
+    return GErrorOut(error);
+}
 
 }  // namespace host
