@@ -6,15 +6,17 @@ namespace host {
 
 /// What the player needs of the sound backend. Any thread.
 
-/// Name of the GStreamer element that takes the sound: a PulseAudio sink when a server answers,
-/// else ALSA, else one that discards it in real time.
+/// Name of the GStreamer element that takes the sound: "pulsesink" when a PulseAudio server answers
+/// within a tenth of a second, else "alsasink" when there is a device that plays, else "fakesink",
+/// which discards the sound in real time once its property `sync` is set. Asks anew at each call.
 [[nodiscard]] const char *sound_sink_element();
 
 /// Linear gain, 0.0 to 1.0, that the built-in mixer's media volume asks of a stream; 1.0 when the
 /// level is applied elsewhere.
 [[nodiscard]] double stream_gain();
 
-/// `changed` is called, on any thread, after stream_gain() has changed; empty ends that.
+/// `changed` is called, on any thread, after stream_gain() has changed; empty ends that, and no call
+/// is running when it has returned, but on the thread that is inside one.
 void on_stream_gain_changed(std::function<void(double)> changed);
 
 }  // namespace host
