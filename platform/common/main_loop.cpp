@@ -16,13 +16,13 @@ using Call = std::function<void()>;
 class MainLoopQueue {
 public:
     void push(Call call) {
-        const std::lock_guard lock(m_mutex);
-        if (m_closed) {
+        const std::lock_guard lock(mutex_);
+        if (closed_) {
             return;
         }
-        m_calls.push_back(std::move(call));
-        if (!m_woken) {
-            m_woken = true;
+        calls_.push_back(std::move(call));
+        if (!woken_) {
+            woken_ = true;
             ecore_main_loop_thread_safe_call_async(
                 [](void *queue) { static_cast<MainLoopQueue *>(queue)->run(); }, this);
         }
@@ -30,29 +30,29 @@ public:
 
     void close() {
         std::deque<Call> dropped;
-        const std::lock_guard lock(m_mutex);
-        m_closed = true;
-        dropped.swap(m_calls);
+        const std::lock_guard lock(mutex_);
+        closed_ = true;
+        dropped.swap(calls_);
     }
 
 private:
     void run() {
         std::size_t left = 0;
         {
-            const std::lock_guard lock(m_mutex);
-            m_woken = false;
-            left = m_calls.size();
+            const std::lock_guard lock(mutex_);
+            woken_ = false;
+            left = calls_.size();
         }
         // One at a time, so that a nested loop inside a call goes on where this one is.
         for (; left > 0; --left) {
             Call call;
             {
-                const std::lock_guard lock(m_mutex);
-                if (m_calls.empty()) {
+                const std::lock_guard lock(mutex_);
+                if (calls_.empty()) {
                     return;
                 }
-                call = std::move(m_calls.front());
-                m_calls.pop_front();
+                call = std::move(calls_.front());
+                calls_.pop_front();
             }
             call();
         }
@@ -61,18 +61,18 @@ private:
 
     // A nested loop may have taken later calls for this one's count, so look again.
     void wake_for_rest() {
-        const std::lock_guard lock(m_mutex);
-        if (!m_calls.empty() && !m_woken) {
-            m_woken = true;
+        const std::lock_guard lock(mutex_);
+        if (!calls_.empty() && !woken_) {
+            woken_ = true;
             ecore_main_loop_thread_safe_call_async(
                 [](void *queue) { static_cast<MainLoopQueue *>(queue)->run(); }, this);
         }
     }
 
-    std::mutex m_mutex;
-    std::deque<Call> m_calls;
-    bool m_woken = false;
-    bool m_closed = false;
+    std::mutex mutex_;
+    std::deque<Call> calls_;
+    bool woken_ = false;
+    bool closed_ = false;
 };
 
 // Never destroyed: a thread of a library may still post while the process exits.

@@ -30,19 +30,19 @@ struct SourceUnref {
 class ServiceThread {
 public:
     ServiceThread()
-        : m_context(g_main_context_new()), m_loop(g_main_loop_new(m_context.get(), FALSE)) {}
+        : context_(g_main_context_new()), loop_(g_main_loop_new(context_.get(), FALSE)) {}
 
     ~ServiceThread() { stop(); }
 
     GMainContext *context() {
-        const std::lock_guard lock(m_mutex);
+        const std::lock_guard lock(mutex_);
         start_locked();
-        return m_context.get();
+        return context_.get();
     }
 
     void post(Call call) {
-        const std::lock_guard lock(m_mutex);
-        if (m_stopping) {
+        const std::lock_guard lock(mutex_);
+        if (stopping_) {
             return;
         }
         start_locked();
@@ -50,7 +50,7 @@ public:
     }
 
     void run_and_wait(const Call &call) {
-        if (m_thread_id.load(std::memory_order_acquire) == std::this_thread::get_id()) {
+        if (thread_id_.load(std::memory_order_acquire) == std::this_thread::get_id()) {
             call();
             return;
         }
@@ -67,28 +67,28 @@ public:
     void stop() {
         std::deque<Call> dropped;
         {
-            const std::lock_guard lock(m_mutex);
-            if (!m_stopping && m_thread.joinable()) {
-                push_locked([this] { g_main_loop_quit(m_loop.get()); });
+            const std::lock_guard lock(mutex_);
+            if (!stopping_ && thread_.joinable()) {
+                push_locked([this] { g_main_loop_quit(loop_.get()); });
             }
-            m_stopping = true;
+            stopping_ = true;
         }
-        if (m_thread.joinable()) {
-            m_thread.join();
+        if (thread_.joinable()) {
+            thread_.join();
         }
-        const std::lock_guard lock(m_mutex);
-        dropped.swap(m_calls);
+        const std::lock_guard lock(mutex_);
+        dropped.swap(calls_);
     }
 
 private:
     void start_locked() {
-        if (!m_stopping && !m_thread.joinable()) {
-            m_thread = std::thread([this] { run(); });
+        if (!stopping_ && !thread_.joinable()) {
+            thread_ = std::thread([this] { run(); });
         }
     }
 
     void push_locked(Call call) {
-        m_calls.push_back(std::move(call));
+        calls_.push_back(std::move(call));
         const std::unique_ptr<GSource, SourceUnref> source(g_idle_source_new());
         g_source_set_priority(source.get(), G_PRIORITY_DEFAULT);
         g_source_set_callback(
@@ -98,38 +98,38 @@ private:
                 return G_SOURCE_REMOVE;
             },
             this, nullptr);
-        g_source_attach(source.get(), m_context.get());
+        g_source_attach(source.get(), context_.get());
     }
 
     void run_next() {
         Call call;
         {
-            const std::lock_guard lock(m_mutex);
-            if (m_calls.empty()) {
+            const std::lock_guard lock(mutex_);
+            if (calls_.empty()) {
                 return;
             }
-            call = std::move(m_calls.front());
-            m_calls.pop_front();
+            call = std::move(calls_.front());
+            calls_.pop_front();
         }
         call();
     }
 
     void run() {
-        m_thread_id.store(std::this_thread::get_id(), std::memory_order_release);
+        thread_id_.store(std::this_thread::get_id(), std::memory_order_release);
         pthread_setname_np(pthread_self(), "tessel-service");
-        g_main_context_push_thread_default(m_context.get());
-        g_main_loop_run(m_loop.get());
-        g_main_context_pop_thread_default(m_context.get());
-        m_thread_id.store(std::thread::id(), std::memory_order_release);
+        g_main_context_push_thread_default(context_.get());
+        g_main_loop_run(loop_.get());
+        g_main_context_pop_thread_default(context_.get());
+        thread_id_.store(std::thread::id(), std::memory_order_release);
     }
 
-    const std::unique_ptr<GMainContext, ContextUnref> m_context;
-    const std::unique_ptr<GMainLoop, LoopUnref> m_loop;
-    std::mutex m_mutex;
-    std::deque<Call> m_calls;
-    std::thread m_thread;
-    std::atomic<std::thread::id> m_thread_id{};
-    bool m_stopping = false;
+    const std::unique_ptr<GMainContext, ContextUnref> context_;
+    const std::unique_ptr<GMainLoop, LoopUnref> loop_;
+    std::mutex mutex_;
+    std::deque<Call> calls_;
+    std::thread thread_;
+    std::atomic<std::thread::id> thread_id_{};
+    bool stopping_ = false;
 };
 
 ServiceThread &service() {

@@ -37,12 +37,17 @@ typedef enum {
 } log_priority;
 
 /**
- * Writes one line to a log buffer.
- * @param log_id  buffer
- * @param prio    one of log_priority
+ * Writes one line to a log buffer, as a whole, whichever threads write at the same time.
+ *
+ * The arguments' control characters and bytes that are no UTF-8 are escaped; colour codes that stand
+ * in the format itself are kept where the log is read by a person and removed elsewhere. What goes
+ * beyond 4096 bytes is cut. errno is left as it was.
+ * @param log_id  buffer, from LOG_ID_MAIN up to, but without, LOG_ID_MAX
+ * @param prio    one of log_priority, from DLOG_VERBOSE to DLOG_FATAL
  * @param tag     short name of the writer, not null
- * @param fmt     printf format, followed by its arguments
- * @return the number of bytes written, 0 when the line was filtered, negative on error
+ * @param fmt     printf format, not null, followed by its arguments
+ * @return the number of bytes written, 0 when the line was filtered, -EINVAL for an argument out of
+ *         its range, another negative errno when writing failed
  */
 int __dlog_print(log_id_t log_id, int prio, const char *tag, const char *fmt, ...)
     __attribute__((format(printf, 4, 5)));
