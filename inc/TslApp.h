@@ -16,6 +16,7 @@ public:
     TslApp(const TslApp &) = delete;
     TslApp &operator=(const TslApp &) = delete;
 
+protected:
     /// Builds everything up to the idle player. A failure is logged and start-up goes on with what
     /// is there.
     /// @return true, always

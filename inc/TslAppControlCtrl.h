@@ -60,8 +60,9 @@ public:
 private:
     using TextGetter = int (*)(app_control_h, char **);
 
-    bool _hasHandle(const char *szFunction, int nLine);
-    char *_takeText(TextGetter pGetter, const char *szAbsent, const char *szEmpty);
+    bool _hasHandle() const;
+    /// @return heap text, or null after logging why there is none
+    char *_readText(TextGetter pGetter, const char *szAbsent, const char *szEmpty);
 
     app_control_h m_hAppControl;
 };

@@ -19,6 +19,6 @@ public:
     /// Reads the operation, whatever it is. @return false when there is none
     bool _parseOperation();
 
-    char *m_szMediaUri;                 ///< heap text, owned, may be null
+    char *m_szMediaUri;                ///< heap text, owned, may be null
     TslAppControlCtrl *m_pAppControl;  ///< copy of the request, owned, may be null
 };

@@ -15,6 +15,10 @@ class TslPlayerView;
 class TslSoundMgr;
 class TslVolumeView;
 
+/// Names of the screens on the naviframe.
+constexpr char TSL_PLAYER_VIEW_NAME[] = "tsl_player_view";
+constexpr char TSL_VOLUME_VIEW_NAME[] = "tsl_volume_view";
+
 /// Direction of one detent of the bezel; anything but clockwise counts as counter-clockwise.
 enum RotaryDirection : int {
     ROTARY_DIRECTION_UNKNOWN = -1,
@@ -89,11 +93,17 @@ public:
     void _eventHandlingForProgressTimerTicked();
     void _eventHandlingForVolumeChanged(int nVolume);
     void _eventHandlingForRouteChanged();
+    void _eventHandlingToSetVolume(int nVolume);
     void _eventHandlingToGetVolume();
     void _eventHandlingToInitVolumeBar();
 
     /// One detent of the bezel: collects offsets, seeks roughly, and exactly after a rest.
     void _eventHandlingForRotaryEvent(RotaryDirection nDirection);
+    /// Bodies of the two seek timers, with this object as user data.
+    /// @param nPosition  target in milliseconds
+    /// @return false: each fires once
+    static bool _roughSeekTimerCb(void *pUserData, int nPosition);
+    static bool _accurateSeekTimerCb(void *pUserData, int nPosition);
 
     // Popups.
     /// @param szErrorId  message id in the program's text domain, copied; null is logged
@@ -123,6 +133,8 @@ private:
     /// Null when the screen isn't on the naviframe, or there is no naviframe.
     TslPlayerView *_findPlayerView();
     TslVolumeView *_findVolumeView();
+    /// The player screen for what needs a player too; what is missing is logged.
+    TslPlayerView *_findPlayerViewOfRunningPlayer();
 
     bool _hasPlayerAndSound();
     bool _hasNaviframeAndSound();
@@ -130,11 +142,9 @@ private:
     bool _isPlayerViewOnTop();
     int _moveSeekTarget(RotaryDirection nDirection);
     bool _seekRoughly(int nPosition);
-    void _startRoughSeekTimer(int nPosition);
-    void _startAccurateSeekTimer(int nPosition);
-    static bool _roughSeekTimerCb(void *pUserData, int nPosition);
-    static bool _accurateSeekTimerCb(void *pUserData, int nPosition);
     static void _destroySeekTimers();
 
     bool _canShowPopup(const char *szErrorId);
+    static void _errorToastTimeoutCb(void *pData, Evas_Object *pObject, void *pEventInfo);
+    static void _oneButtonPopupDismissedCb(void *pData, Evas_Object *pObject, void *pEventInfo);
 };
