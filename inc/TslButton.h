@@ -9,7 +9,8 @@ class TslButtonInside;
 /// One toolkit button as a view: a style, an optional label, an optional icon, three callbacks.
 ///
 /// Lives as long as its Evas object; an icon given to it belongs to it. Parts are those of the
-/// button's theme, null for the default part. A call without button logs and does nothing. Main loop.
+/// button's theme, null for the default part. A call without button logs and does nothing. Main
+/// loop.
 class TslButton : public app_assist::WViewController {
 public:
     /// @param szStyle  null keeps the default style; the text must outlive the button
@@ -17,7 +18,6 @@ public:
     /// @param clickedCb, pressedCb, unpressedCb  null for none; their data is the one of create()
     TslButton(const char *szStyle, const char *szText, const char *szTextDomain,
               Evas_Smart_Cb clickedCb, Evas_Smart_Cb pressedCb, Evas_Smart_Cb unpressedCb);
-    virtual ~TslButton();
 
     /// @param szText  id of the new label, in the button's text domain or else in "tessel". Null
     ///     forgets the stored text and leaves the label as it is.
@@ -43,6 +43,8 @@ public:
                      void *pData);
 
 protected:
+    ~TslButton() override;
+
     Evas_Object *onCreateView(Evas_Object *pParent, void *viewParam) override;
     void onDestroy() override;
 

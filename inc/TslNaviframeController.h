@@ -7,8 +7,10 @@
 class TslNaviframeController : public app_assist::WNaviframeController {
 public:
     TslNaviframeController();
-    virtual ~TslNaviframeController();
 
     /// @return the lowest page of that name, not owned; null when there is none
     app_assist::WContentViewController *getContentViewController(const char *szName);
+
+protected:
+    ~TslNaviframeController() override;
 };

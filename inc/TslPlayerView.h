@@ -4,15 +4,14 @@
 
 class TslPlayerViewInside;
 
-/// The playback screen: a transparent page with three round buttons and the two times, and a surface
-/// that takes taps. It holds no playback state: it shows what it is told and reports what the user
-/// does on the signal bus.
+/// The playback screen: a transparent page with three round buttons and the two times, and a
+/// surface that takes taps. It holds no playback state: it shows what it is told and reports what
+/// the user does on the signal bus.
 ///
 /// Lives as long as its Evas object; the naviframe owns it. Main loop.
 class TslPlayerView : public app_assist::WContentViewController {
 public:
     TslPlayerView();
-    virtual ~TslPlayerView();
 
     /// Shows the controls and starts the 3 seconds until they hide; nothing when they are shown.
     void showPlayViewUi();
@@ -39,6 +38,8 @@ public:
     void changeDisplaymodeButtonImageAsLetterbox();
 
 protected:
+    ~TslPlayerView() override;
+
     bool onCreate(void *viewParam) override;
     Evas_Object *onCreateView(Evas_Object *pParent, void *viewParam) override;
     void onDestroy() override;

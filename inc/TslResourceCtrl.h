@@ -19,12 +19,13 @@ public:
     /// @return a copy of the domain set last, empty before the first
     std::string getTextDomain();
 
-    /// @return heap copy of the resource folder, ending in "/", that the caller frees; null when the
+    /// @return heap copy of the resource folder, ending in "/", that the caller frees; null when
+    /// the
     ///     platform can't tell it
     char *getAppResourcePath();
 
-    /// Puts the resource folder before `szResourcePath`, which has no leading "/". The result is cut
-    /// at 1023 characters and isn't cached.
+    /// Puts the resource folder before `szResourcePath`, which has no leading "/". The result is
+    /// cut at 1023 characters and isn't cached.
     /// @return heap copy that the caller frees; null for a null argument, and when the platform
     ///     can't tell the folder
     char *getResourcePath(const char *szResourcePath);

@@ -12,8 +12,8 @@ enum class AccessibleRoleType {
     ELM_ATSPI_ROLE_PUSH_BUTTON = 43,
 };
 
-/// Gives the name of an object whenever the screen reader asks for it: a heap text that the platform
-/// frees, or null.
+/// Gives the name of an object whenever the screen reader asks for it: a heap text that the
+/// platform frees, or null.
 using AccessibleNameCb = Elm_Atspi_Reading_Info_Cb;
 
 /// What a screen tells the screen reader, and whether there is one.

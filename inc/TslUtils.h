@@ -5,9 +5,9 @@
 /// Helpers that several classes share: widgets from the program's resources, the size of the
 /// window, texts, settings.
 ///
-/// Static operations for the main loop. The one state is the process-wide window, which isn't owned.
-/// File arguments are relative to the application's resource folder. Returned texts are heap copies
-/// that the caller frees; returned objects belong to their parent.
+/// Static operations for the main loop. The one state is the process-wide window, which isn't
+/// owned. File arguments are relative to the application's resource folder. Returned texts are heap
+/// copies that the caller frees; returned objects belong to their parent.
 class TslUtils {
 public:
     TslUtils() = delete;

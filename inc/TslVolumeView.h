@@ -11,7 +11,6 @@ class TslVolumeViewInside;
 class TslVolumeView : public app_assist::WContentViewController {
 public:
     TslVolumeView(int nCurrentVolume, int nMaxVolume, int nSafetyVolume);
-    virtual ~TslVolumeView();
 
     void setVolume(int nCurrentVolume);
     int getVolume();
@@ -27,6 +26,8 @@ public:
     void pop();
 
 protected:
+    ~TslVolumeView() override;
+
     bool onCreate(void *viewParam) override;
     Evas_Object *onCreateView(Evas_Object *pParent, void *viewParam) override;
     void onDestroy() override;

@@ -17,12 +17,13 @@ class TslWindowCtrl : public app_assist::WWindowController {
 public:
     TslWindowCtrl();
     TslWindowCtrl(const char *szName, Elm_Win_Type winType);
-    virtual ~TslWindowCtrl();
 
     /// Sets what the video hole shows. An unknown value changes nothing.
     void changeColorMode(WindowType nType);
 
 protected:
+    ~TslWindowCtrl() override;
+
     Evas_Object *onCreateWin() override;
     Evas_Object *onCreateBaseLayout(Evas_Object *pWindow, Evas_Object **ppConformant) override;
 
