@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Elementary.h>
 #include <app.h>
 
 namespace app_assist {
@@ -44,6 +45,7 @@ private:
     static void _pauseCb(void *data);
     static void _resumeCb(void *data);
     static void _appControlCb(app_control_h request, void *data);
+    static void _windowDeletedCb(void *data, Evas *evas, Evas_Object *obj, void *eventInfo);
 
     _WAppImpl *_pv;
 };

@@ -63,6 +63,7 @@ private:
     void setNaviframeController(WNaviframeController *naviframe);
     void setNaviItem(Elm_Object_Item *item, bool isOwner);
     void notifyAttached();
+    void notifyPushed(Elm_Object_Item *item);
 
     _WContentViewControllerImpl *_pv;
 };

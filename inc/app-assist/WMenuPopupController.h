@@ -37,6 +37,8 @@ protected:
     ~WMenuPopupController() override;
 
 private:
+    static void _itemSelectedCb(void *data, Evas_Object *obj, void *eventInfo);
+
     WMenuPopupControllerImpl *_pv;
 };
 

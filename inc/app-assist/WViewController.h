@@ -87,7 +87,6 @@ private:
     static void _evasObjectDeletedCb(void *data, Evas *evas, Evas_Object *obj, void *eventInfo);
 
     void _findWindowController();
-    WViewController *_partInstance(Evas_Object *content);
 
     _WViewControllerImpl *_pv;
 };
