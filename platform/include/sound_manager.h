@@ -88,10 +88,12 @@ typedef struct sound_stream_info_s *sound_stream_info_h;
  * @param sound_behavior  bits of sound_behavior_e that the other stream stated
  * @param extra_info      of the other stream, or null; valid during the call only
  */
-typedef void (*sound_stream_focus_state_changed_cb)(
-    sound_stream_info_h stream_info, sound_stream_focus_mask_e focus_mask,
-    sound_stream_focus_state_e focus_state, sound_stream_focus_change_reason_e reason,
-    int sound_behavior, const char *extra_info, void *user_data);
+typedef void (*sound_stream_focus_state_changed_cb)(sound_stream_info_h stream_info,
+                                                    sound_stream_focus_mask_e focus_mask,
+                                                    sound_stream_focus_state_e focus_state,
+                                                    sound_stream_focus_change_reason_e reason,
+                                                    int sound_behavior, const char *extra_info,
+                                                    void *user_data);
 
 /**
  * @brief Creates a stream of the process, which holds no focus yet and has its reacquisition on.

@@ -24,7 +24,8 @@ constexpr int kConnectDeadlineMs = 100;
 
 class Socket {
 public:
-    explicit Socket(int family) : fd_(socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
+    explicit Socket(int family)
+        : fd_(socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
     ~Socket() {
         if (fd_ >= 0) {
             close(fd_);

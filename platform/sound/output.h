@@ -15,8 +15,8 @@ namespace host {
 /// level is applied elsewhere.
 [[nodiscard]] double stream_gain();
 
-/// `changed` is called, on any thread, after stream_gain() has changed; empty ends that, and no call
-/// is running when it has returned, but on the thread that is inside one.
+/// `changed` is called, on any thread, after stream_gain() has changed; empty ends that, and no
+/// call is running when it has returned, but on the thread that is inside one.
 void on_stream_gain_changed(std::function<void(double)> changed);
 
 }  // namespace host

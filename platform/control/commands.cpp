@@ -1,0 +1,255 @@
+#include "control/commands.h"
+
+#include <app_control.h>
+#include <player.h>
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "app/lifecycle.h"
+#include "control/screen_state.h"
+#include "player/player_host.h"
+#include "shell/shell.h"
+
+namespace host::control {
+namespace {
+
+constexpr int kMostPixels = 100'000;
+constexpr int kMostMs = 600'000;
+constexpr int kTapMs = 50;
+constexpr int kDetentMs = 50;
+/// The bezel's detents have distinct time stamps from here on.
+constexpr int kLeastDetentMs = 10;
+constexpr int kMostDetents = 1'000;
+
+Pointer::Place parse_place(const Words &words, std::size_t first) {
+    return {parse_number(words[first], "x", -kMostPixels, kMostPixels),
+            parse_number(words[first + 1], "y", -kMostPixels, kMostPixels)};
+}
+
+/// As the command line has it: what begins with a scheme is a URI, all else a path.
+bool is_uri(std::string_view target) {
+    const auto colon = target.find("://");
+    return colon != std::string_view::npos && colon > 0 &&
+           target.find_first_not_of(
+               "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+               "0123456789+-.") == colon;
+}
+
+struct AppControlDestroy {
+    void operator()(app_control_h request) const { app_control_destroy(request); }
+};
+using AppControlPtr = std::unique_ptr<std::remove_pointer_t<app_control_h>, AppControlDestroy>;
+
+struct Free {
+    void operator()(char *text) const { std::free(text); }
+};
+
+void check(int result, const char *what) {
+    if (result != 0) {
+        throw RequestError(std::string(what) + " failed with " + std::to_string(result));
+    }
+}
+
+void launch(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    app_control_h handle = nullptr;
+    check(app_control_create(&handle), "making the request");
+    const AppControlPtr request(handle);
+    char *id = nullptr;
+    check(app_get_id(&id), "finding the program's id");
+    const std::unique_ptr<char, Free> own_id(id);
+    check(app_control_set_app_id(handle, id), "addressing the request");
+    check(app_control_set_operation(
+              handle, words.size() > 2 ? words[2].c_str() : APP_CONTROL_OPERATION_VIEW),
+          "setting the operation");
+    if (is_uri(words[1])) {
+        check(app_control_set_uri(handle, words[1].c_str()), "setting the URI");
+    } else {
+        check(app_control_add_extra_data(handle, APP_CONTROL_DATA_PATH, words[1].c_str()),
+              "setting the path");
+    }
+    check(app_control_send_launch_request(handle, nullptr, nullptr), "the launch");
+    responder.done();
+}
+
+void tap(Commands &commands, const Words &words, const Responder &responder) {
+    const auto place = parse_place(words, 1);
+    commands.pointer.stroke(place, place, kTapMs, responder);
+}
+
+void press(Commands &commands, const Words &words, const Responder &responder) {
+    const auto place = parse_place(words, 1);
+    commands.pointer.stroke(place, place, parse_number(words[3], "the duration", 0, kMostMs),
+                            responder);
+}
+
+void drag(Commands &commands, const Words &words, const Responder &responder) {
+    commands.pointer.stroke(parse_place(words, 1), parse_place(words, 3),
+                            parse_number(words[5], "the duration", 0, kMostMs), responder);
+}
+
+void bezel(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    const int detents =
+        parse_number(words[1], "the number of detents", -kMostDetents, kMostDetents);
+    const int interval = words.size() > 2
+                             ? parse_number(words[2], "the interval", kLeastDetentMs, kMostMs)
+                             : kDetentMs;
+    turn_bezel(detents, interval);
+    responder.done();
+}
+
+void key(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kKeys{{"back", static_cast<int>(Key::back)},
+                                         {"more", static_cast<int>(Key::more)},
+                                         {"home", static_cast<int>(Key::home)}};
+    const auto pressed = static_cast<Key>(parse_name(words[1], "the key", kKeys));
+    // Home ends the program; the reply goes out before.
+    responder.done();
+    press_key(pressed);
+}
+
+void rotate(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kTurns{{"0", 0}, {"90", 90}, {"180", 180}, {"270", 270}};
+    turn_screen(parse_name(words[1], "the angle", kTurns));
+    responder.done();
+}
+
+void state(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
+    responder.done({{"state", read_state()}});
+}
+
+void wait(Commands &commands, const Words &words, const Responder &responder) {
+    commands.waits.add(Condition(words[1]), words[1],
+                       parse_number(words[2], "the deadline", 0, kMostMs), responder);
+}
+
+void screenshot(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    if (!save_screenshot(words[1])) {
+        throw RequestError("the screenshot could not be written to '" + words[1] + "'");
+    }
+    responder.done();
+}
+
+void error(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kErrors{
+        {"out-of-memory", PLAYER_ERROR_OUT_OF_MEMORY},
+        {"invalid-parameter", PLAYER_ERROR_INVALID_PARAMETER},
+        {"no-such-file", PLAYER_ERROR_NO_SUCH_FILE},
+        {"invalid-operation", PLAYER_ERROR_INVALID_OPERATION},
+        {"no-space", PLAYER_ERROR_FILE_NO_SPACE_ON_DEVICE},
+        {"permission-denied", PLAYER_ERROR_PERMISSION_DENIED},
+        {"feature-not-supported", PLAYER_ERROR_FEATURE_NOT_SUPPORTED_ON_DEVICE},
+        {"seek-failed", PLAYER_ERROR_SEEK_FAILED},
+        {"invalid-state", PLAYER_ERROR_INVALID_STATE},
+        {"not-supported-file", PLAYER_ERROR_NOT_SUPPORTED_FILE},
+        {"invalid-uri", PLAYER_ERROR_INVALID_URI},
+        {"sound-policy", PLAYER_ERROR_SOUND_POLICY},
+        {"connection-failed", PLAYER_ERROR_CONNECTION_FAILED},
+        {"resource-limit", PLAYER_ERROR_RESOURCE_LIMIT},
+    };
+    if (!inject_player_error(parse_name(words[1], "the error", kErrors))) {
+        throw RequestError("there is no player");
+    }
+    responder.done();
+}
+
+void interrupt(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kCodes{
+        {"completed", PLAYER_INTERRUPTED_COMPLETED},
+        {"media", PLAYER_INTERRUPTED_BY_MEDIA},
+        {"call", PLAYER_INTERRUPTED_BY_CALL},
+        {"earjack-unplug", PLAYER_INTERRUPTED_BY_EARJACK_UNPLUG},
+        {"resource-conflict", PLAYER_INTERRUPTED_BY_RESOURCE_CONFLICT},
+        {"alarm", PLAYER_INTERRUPTED_BY_ALARM},
+    };
+    const auto code = parse_name(words[1], "the interruption", kCodes);
+    if (!inject_player_interruption(static_cast<player_interrupted_code_e>(code))) {
+        throw RequestError("there is no player");
+    }
+    responder.done();
+}
+
+void missed(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kKinds{{"video", PLAYER_MISSED_PLUGIN_VIDEO},
+                                          {"audio", PLAYER_MISSED_PLUGIN_AUDIO}};
+    const auto kind = parse_name(words[1], "the stream", kKinds);
+    if (!inject_missed_plugin(static_cast<player_missed_plugin_type_e>(kind))) {
+        throw RequestError("there is no player");
+    }
+    responder.done();
+}
+
+void event(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kEvents{
+        {"low-memory", APP_EVENT_LOW_MEMORY},
+        {"low-battery", APP_EVENT_LOW_BATTERY},
+        {"language", APP_EVENT_LANGUAGE_CHANGED},
+        {"region", APP_EVENT_REGION_FORMAT_CHANGED},
+    };
+    const auto raised = static_cast<app_event_type_e>(parse_name(words[1], "the event", kEvents));
+    responder.done();
+    raise_app_event(raised);
+}
+
+void quit(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
+    responder.done();
+    request_exit();
+}
+
+struct Command {
+    std::string_view name;
+    std::string_view arguments;
+    std::size_t least;  ///< words, the name among them
+    std::size_t most;
+    void (*run)(Commands &commands, const Words &words, const Responder &responder);
+};
+
+constexpr std::array kCommands{
+    Command{"launch", "PATH|URI [OPERATION]", 2, 3, launch},
+    Command{"tap", "X Y", 3, 3, tap},
+    Command{"press", "X Y DURATION_MS", 4, 4, press},
+    Command{"drag", "X1 Y1 X2 Y2 DURATION_MS", 6, 6, drag},
+    Command{"bezel", "DETENTS [INTERVAL_MS]", 2, 3, bezel},
+    Command{"key", "back|more|home", 2, 2, key},
+    Command{"rotate", "0|90|180|270", 2, 2, rotate},
+    Command{"state", "", 1, 1, state},
+    Command{"wait", "CONDITION DEADLINE_MS", 3, 3, wait},
+    Command{"screenshot", "FILE", 2, 2, screenshot},
+    Command{"error", "CODE", 2, 2, error},
+    Command{"interrupt", "CODE", 2, 2, interrupt},
+    Command{"missed", "video|audio", 2, 2, missed},
+    Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
+    Command{"quit", "", 1, 1, quit},
+};
+
+void carry_out(Commands &commands, const Words &words, const Responder &responder) {
+    for (const Command &command : kCommands) {
+        if (words[0] == command.name) {
+            if (words.size() < command.least || words.size() > command.most) {
+                throw UsageError("the form is: " + std::string(command.name) +
+                                 (command.arguments.empty() ? "" : " ") +
+                                 std::string(command.arguments));
+            }
+            command.run(commands, words, responder);
+            return;
+        }
+    }
+    throw UsageError("there is no command '" + words[0] + "'");
+}
+
+}  // namespace
+
+void Commands::run(const Words &words, const Responder &responder) {
+    try {
+        carry_out(*this, words, responder);
+    } catch (const UsageError &error) {
+        responder.failed(error.what(), {{"usage", true}});
+    } catch (const RequestError &error) {
+        responder.failed(error.what());
+    }
+}
+
+}  // namespace host::control

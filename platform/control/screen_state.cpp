@@ -1,0 +1,195 @@
+#include "control/screen_state.h"
+
+#include <Elementary.h>
+#include <sound_manager.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "player/player_host.h"
+#include "shell/shell.h"
+
+namespace host::control {
+namespace {
+
+// Names that the program gives its objects.
+constexpr const char *kPlayerPage = "tsl_player_view";
+constexpr const char *kControlsPart = "tsl.player.view.base.layout.swallow.content";
+constexpr const char *kPlayedPart = "tsl.player.view.playtime.text.played";
+constexpr const char *kDurationPart = "tsl.player.view.playtime.text.duration";
+constexpr const char *kPopupTextPart = "elm.text";
+
+struct EinaListFree {
+    void operator()(Eina_List *list) const { eina_list_free(list); }
+};
+
+Json text_or_null(const char *text) {
+    return text != nullptr ? Json(text) : Json();
+}
+
+std::string_view type_of(const Evas_Object *object) {
+    const char *type = evas_object_type_get(object);
+    return type != nullptr ? type : "";
+}
+
+/// Shown, of some size, and neither it nor what it stands in is transparent.
+bool is_visible(Evas_Object *object) {
+    for (Evas_Object *part = object; part != nullptr; part = evas_object_smart_parent_get(part)) {
+        int alpha = 0;
+        evas_object_color_get(part, nullptr, nullptr, nullptr, &alpha);
+        if (!evas_object_visible_get(part) || alpha == 0) {
+            return false;
+        }
+    }
+    int width = 0;
+    int height = 0;
+    evas_object_geometry_get(object, nullptr, nullptr, &width, &height);
+    return width > 0 && height > 0;
+}
+
+/// Calls `visit` for every object of the tree, parents first, from the lowest layer up.
+void walk(Evas_Object *object, const std::function<void(Evas_Object *)> &visit) {
+    visit(object);
+    const std::unique_ptr<Eina_List, EinaListFree> members(evas_object_smart_members_get(object));
+    for (const Eina_List *node = members.get(); node != nullptr; node = node->next) {
+        walk(static_cast<Evas_Object *>(node->data), visit);
+    }
+}
+
+void walk_window(Evas_Object *window, const std::function<void(Evas_Object *)> &visit) {
+    for (Evas_Object *object = evas_object_bottom_get(evas_object_evas_get(window));
+         object != nullptr; object = evas_object_above_get(object)) {
+        // Members are reached through what they belong to.
+        if (evas_object_smart_parent_get(object) == nullptr) {
+            walk(object, visit);
+        }
+    }
+}
+
+struct Seen {
+    Evas_Object *page = nullptr;
+    Evas_Object *popup = nullptr;
+    std::vector<Evas_Object *> buttons;
+};
+
+Evas_Object *top_page(Evas_Object *naviframe) {
+    Elm_Object_Item *item = elm_naviframe_top_item_get(naviframe);
+    return item != nullptr ? elm_object_item_content_get(item) : nullptr;
+}
+
+Seen look_at(Evas_Object *window) {
+    Seen seen;
+    walk_window(window, [&seen](Evas_Object *object) {
+        const auto type = type_of(object);
+        if (type == "elm_naviframe") {
+            seen.page = top_page(object);
+        } else if (type == "elm_popup" && is_visible(object)) {
+            seen.popup = object;
+        } else if (type == "elm_button" && is_visible(object)) {
+            seen.buttons.push_back(object);
+        }
+    });
+    return seen;
+}
+
+Json describe_popup(Evas_Object *popup) {
+    const char *text = elm_object_part_text_get(popup, kPopupTextPart);
+    if (text == nullptr || *text == '\0') {
+        if (Evas_Object *content = elm_object_content_get(popup)) {
+            text = elm_object_part_text_get(content, kPopupTextPart);
+        }
+    }
+    return {{"style", text_or_null(elm_object_style_get(popup))}, {"text", text_or_null(text)}};
+}
+
+Json describe_button(Evas_Object *button) {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    evas_object_geometry_get(button, &x, &y, &width, &height);
+    return {{"style", text_or_null(elm_object_style_get(button))},
+            {"x", x},
+            {"y", y},
+            {"width", width},
+            {"height", height},
+            {"enabled", elm_object_disabled_get(button) == EINA_FALSE}};
+}
+
+void add_window(Json &state) {
+    state["page"] = nullptr;
+    state["controls"] = false;
+    state["played"] = nullptr;
+    state["length"] = nullptr;
+    state["popup"] = nullptr;
+    state["buttons"] = Json::array();
+    state["screen"] = nullptr;
+    state["rotation"] = 0;
+
+    Evas_Object *window = program_window();
+    if (window == nullptr) {
+        return;
+    }
+    const Seen seen = look_at(window);
+    if (seen.page != nullptr) {
+        const char *name = evas_object_name_get(seen.page);
+        state["page"] = text_or_null(name);
+        if (name != nullptr && std::string_view(name) == kPlayerPage) {
+            if (Evas_Object *controls = elm_object_part_content_get(seen.page, kControlsPart)) {
+                state["controls"] = is_visible(controls);
+                state["played"] = text_or_null(elm_object_part_text_get(controls, kPlayedPart));
+                state["length"] = text_or_null(elm_object_part_text_get(controls, kDurationPart));
+            }
+        }
+    }
+    if (seen.popup != nullptr) {
+        state["popup"] = describe_popup(seen.popup);
+    }
+    for (Evas_Object *button : seen.buttons) {
+        state["buttons"].push_back(describe_button(button));
+    }
+    if (const VideoPlane *plane = video_plane_of(window)) {
+        state["screen"] = {{"width", plane->width()}, {"height", plane->height()}};
+    }
+    state["rotation"] = elm_win_rotation_get(window);
+}
+
+template <std::size_t Count>
+Json name_of(const std::array<const char *, Count> &names, int value) {
+    return value >= 0 && static_cast<std::size_t>(value) < Count ? Json(names.at(value))
+                                                                 : Json(value);
+}
+
+void add_player(Json &state) {
+    static constexpr std::array kStates{"none", "idle", "ready", "playing", "paused"};
+    static constexpr std::array kModes{"letter_box",   "original_size",      "full_screen",
+                                       "cropped_full", "original_or_letter", "dst_roi"};
+    const PlayerStatus status = player_status();
+    state["player"] = name_of(kStates, status.state);
+    state["position"] = status.position_ms;
+    state["duration"] = status.duration_ms;
+    state["uri"] = status.uri;
+    state["display_mode"] = name_of(kModes, status.display_mode);
+    state["display_rotation"] = static_cast<int>(status.rotation);
+    state["video"] = {{"width", status.video_width}, {"height", status.video_height}};
+    state["frames"] = {{"decoded", status.frames_decoded},
+                       {"shown", status.frames_shown},
+                       {"dropped", status.frames_dropped}};
+}
+
+}  // namespace
+
+Json read_state() {
+    Json state = Json::object();
+    add_player(state);
+    add_window(state);
+    int volume = 0;
+    state["volume"] =
+        sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume) == 0 ? Json(volume) : Json();
+    return state;
+}
+
+}  // namespace host::control

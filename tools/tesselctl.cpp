@@ -1,0 +1,281 @@
+// Drives a player that was started with --control: one command, one reply.
+
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/unique_fd.h"
+#include "control/address.h"
+
+namespace {
+
+using Json = nlohmann::json;
+using host::UniqueFd;
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUse = 2;
+
+/// How long a reply may take beyond the time that the command itself asks for.
+constexpr long kPatienceMs = 60'000;
+
+constexpr const char *kHelp =
+    R"(Usage: tesselctl [--pid N | --socket PATH] COMMAND [ARGUMENT...]
+
+Drives the player that runs with --control and prints its reply, one line of JSON.
+With several such players, --pid or --socket names the one that is meant.
+
+Commands:
+  launch PATH|URI [OPERATION]     ask it to play something else
+  tap X Y                         touch the screen; places are in its pixels
+  press X Y DURATION_MS           touch it for so long
+  drag X1 Y1 X2 Y2 DURATION_MS    move the finger over it
+  bezel DETENTS [INTERVAL_MS]     turn the bezel; below 0 is counter-clockwise
+  key back|more|home              press a key
+  rotate 0|90|180|270             turn the watch
+  state                           what is on the screen, and what plays
+  wait CONDITION DEADLINE_MS      until the state is so: 'player==playing && position>=5000'
+  screenshot FILE                 write what is shown as a PNG file
+  error CODE                      make the player report an error, such as no-such-file
+  interrupt CODE                  interrupt it: completed, media, call, earjack-unplug,
+                                  resource-conflict, alarm
+  missed video|audio              make it report a missing decoder
+  event low-battery|low-memory|language|region
+                                  raise a system event
+  quit                            end the player
+
+Options:
+  --pid N        the player with this process id
+  --socket PATH  the player behind this socket
+  --help         print this
+  --version      print the version
+
+Exit status: 0 when the command was carried out, 1 when it failed or a wait came to its deadline,
+2 for wrong use.
+)";
+
+/// Ends the program with one line on standard error.
+struct Failure : std::runtime_error {
+    Failure(int exit_status, const std::string &why)
+        : std::runtime_error(why), status(exit_status) {}
+    int status;
+};
+
+std::optional<long> parse_number(std::string_view text) {
+    long number = 0;
+    const auto [stop, code] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (code != std::errc() || stop != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+struct Arguments {
+    std::optional<pid_t> pid;
+    std::optional<std::string> socket;
+    std::vector<std::string> command;
+};
+
+Arguments parse_arguments(const std::vector<std::string> &words) {
+    Arguments arguments;
+    std::size_t next = 0;
+    while (next < words.size() && words[next].starts_with('-')) {
+        const std::string &option = words[next];
+        if (option != "--pid" && option != "--socket") {
+            throw Failure(kWrongUse, "unknown option '" + option + "'; see tesselctl --help");
+        }
+        if (next + 1 == words.size()) {
+            throw Failure(kWrongUse, option + " needs a value; see tesselctl --help");
+        }
+        const std::string &value = words[next + 1];
+        if (option == "--pid") {
+            const auto pid = parse_number(value);
+            if (!pid || *pid <= 0 || static_cast<pid_t>(*pid) != *pid) {
+                throw Failure(kWrongUse, "'" + value + "' is not a process id");
+            }
+            arguments.pid = static_cast<pid_t>(*pid);
+        } else {
+            arguments.socket = value;
+        }
+        next += 2;
+    }
+    if (arguments.pid && arguments.socket) {
+        throw Failure(kWrongUse, "--pid and --socket exclude each other");
+    }
+    arguments.command.assign(words.begin() + static_cast<std::ptrdiff_t>(next), words.end());
+    if (arguments.command.empty()) {
+        throw Failure(kWrongUse, "no command; see tesselctl --help");
+    }
+    return arguments;
+}
+
+/// None, with errno set, when nobody listens at `path`.
+UniqueFd connect_to(const std::string &path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        errno = ENAMETOOLONG;
+        return {};
+    }
+    path.copy(address.sun_path, path.size());
+    UniqueFd fd(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!fd || connect(fd.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address)) {
+        return {};
+    }
+    return fd;
+}
+
+UniqueFd connect_to_named(const std::string &path) {
+    UniqueFd fd = connect_to(path);
+    if (!fd) {
+        throw Failure(kFailed,
+                      "no player listens at " + path + ": " + std::string(std::strerror(errno)));
+    }
+    return fd;
+}
+
+UniqueFd connect_to_only_one() {
+    UniqueFd only;
+    std::string pids;
+    int count = 0;
+    for (const pid_t pid : host::control_sockets()) {
+        if (UniqueFd fd = connect_to(host::control_socket(pid))) {
+            only = std::move(fd);
+            pids += (count++ == 0 ? "" : ", ") + std::to_string(pid);
+        }
+    }
+    if (count == 0) {
+        throw Failure(kFailed, "no player runs with --control");
+    }
+    if (count > 1) {
+        throw Failure(kWrongUse, "several players run; choose one with --pid: " + pids);
+    }
+    return only;
+}
+
+UniqueFd connect_to_player(const Arguments &arguments) {
+    if (arguments.socket) {
+        return connect_to_named(*arguments.socket);
+    }
+    if (arguments.pid) {
+        return connect_to_named(host::control_socket(*arguments.pid));
+    }
+    return connect_to_only_one();
+}
+
+/// Names of files are meant from here, not from where the player runs.
+void make_paths_absolute(std::vector<std::string> &command) {
+    if (command.size() < 2) {
+        return;
+    }
+    const bool is_path = command[0] == "screenshot" ||
+                         (command[0] == "launch" && command[1].find("://") == std::string::npos);
+    if (is_path && !command[1].empty()) {
+        command[1] = std::filesystem::absolute(command[1]).string();
+    }
+}
+
+/// Milliseconds that the command takes by its own arguments.
+long time_asked_for(const std::vector<std::string> &command) {
+    const std::size_t place = command[0] == "wait"    ? 2
+                              : command[0] == "press" ? 3
+                              : command[0] == "drag"  ? 5
+                                                      : command.size();
+    return place < command.size() ? std::max(parse_number(command[place]).value_or(0), 0L) : 0;
+}
+
+void send_all(const UniqueFd &fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = send(fd.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            throw Failure(kFailed, "the player has gone");
+        }
+    }
+}
+
+std::string receive_line(const UniqueFd &fd, long timeout_ms) {
+    const timeval timeout{timeout_ms / 1000, timeout_ms % 1000 * 1000};
+    setsockopt(fd.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    std::string line;
+    char bytes[4096];
+    for (;;) {
+        const ssize_t count = recv(fd.get(), bytes, sizeof bytes, 0);
+        if (count > 0) {
+            line.append(bytes, static_cast<std::size_t>(count));
+            if (line.ends_with('\n')) {
+                line.pop_back();
+                return line;
+            }
+        } else if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+            throw Failure(kFailed, "the player does not answer");
+        } else if (count == 0 || errno != EINTR) {
+            throw Failure(kFailed, "the player has gone");
+        }
+    }
+}
+
+std::string encode(const std::vector<std::string> &command) {
+    try {
+        return Json(command).dump() + '\n';
+    } catch (const Json::type_error &) {
+        throw Failure(kWrongUse, "the command is not UTF-8");
+    }
+}
+
+int run(const std::vector<std::string> &words) {
+    Arguments arguments = parse_arguments(words);
+    make_paths_absolute(arguments.command);
+    const std::string request = encode(arguments.command);
+    const UniqueFd fd = connect_to_player(arguments);
+    send_all(fd, request);
+    const std::string line = receive_line(fd, kPatienceMs + time_asked_for(arguments.command));
+    std::printf("%s\n", line.c_str());
+
+    const Json reply = Json::parse(line, nullptr, false);
+    if (!reply.is_object()) {
+        throw Failure(kFailed, "the player gave no valid reply");
+    }
+    if (reply.value("ok", false)) {
+        return kDone;
+    }
+    throw Failure(reply.value("usage", false) ? kWrongUse : kFailed,
+                  reply.value("error", "the command failed"));
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (!words.empty() && words.front() == "--help") {
+        std::fputs(kHelp, stdout);
+        return kDone;
+    }
+    if (!words.empty() && words.front() == "--version") {
+        std::puts("tesselctl " TESSEL_VERSION);
+        return kDone;
+    }
+    try {
+        return run(words);
+    } catch (const Failure &failure) {
+        std::fprintf(stderr, "tesselctl: %s\n", failure.what());
+        return failure.status;
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "tesselctl: %s\n", error.what());
+        return kFailed;
+    }
+}
