@@ -10,8 +10,12 @@ extern "C" {
 #endif
 
 /**
- * Looks a text up among the platform's own; a text it doesn't know comes back as it is.
- * @return borrowed: either the argument or static storage
+ * Looks a text up among those that the platform knows in the user's language; a text that it
+ * doesn't know, and so one that is translated already, comes back as it is.
+ *
+ * Thread: any.
+ * @param message  id or text in UTF-8; null gives null
+ * @return borrowed: the argument itself, or storage that lasts as long as the process
  */
 const char *i18n_get_text(const char *message);
 

@@ -1,0 +1,151 @@
+#include "i18n/locale.h"
+
+#include <Elementary.h>
+#include <app_common.h>
+#include <libintl.h>
+#include <locale.h>
+#include <vconf.h>
+
+#include <cctype>
+#include <clocale>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "app/lifecycle.h"
+#include "settings/settings.h"
+
+// Incremented, it tells the text lookup that LANGUAGE has another value.
+extern "C" int _nl_msg_cat_cntr;
+
+extern "C" void __real_elm_language_set(const char *language);
+extern "C" void __wrap_elm_language_set(const char *language);
+
+namespace host {
+namespace {
+
+constexpr const char *kDomain = "tessel";
+constexpr const char *kLanguageKey = "db/menu_widget/language";
+constexpr const char *kPlainLocale = "C.UTF-8";
+constexpr const char *kDefaultLanguage = "en";
+
+bool is_plain(std::string_view locale) {
+    return locale.empty() || locale == "C" || locale == "POSIX" || locale.starts_with("C.");
+}
+
+// The first of the variables that is set decides, as everywhere.
+std::optional<std::string> first_set(std::initializer_list<const char *> variables) {
+    for (const char *variable : variables) {
+        const char *value = std::getenv(variable);
+        if (value != nullptr && *value != '\0') {
+            return is_plain(value) ? std::nullopt : std::optional<std::string>(value);
+        }
+    }
+    return std::nullopt;
+}
+
+EnvironmentLocale read_environment() {
+    EnvironmentLocale locale;
+    const char *list = std::getenv("LANGUAGE");
+    locale.language = first_set({"LC_ALL", "LC_MESSAGES", "LANG"});
+    if (list != nullptr && *list != '\0') {
+        const std::string_view first =
+            std::string_view(list).substr(0, std::string_view(list).find(':'));
+        locale.language = std::string(first);
+    }
+    locale.region = first_set({"LC_ALL", "LC_TIME", "LANG"});
+    return locale;
+}
+
+std::string without_codeset(const std::string &locale) {
+    return locale.substr(0, locale.find_first_of(".@"));
+}
+
+bool is_installed(const std::string &locale) {
+    const locale_t found = newlocale(LC_ALL_MASK, locale.c_str(), nullptr);
+    if (found != nullptr) {
+        freelocale(found);
+    }
+    return found != nullptr;
+}
+
+// The toolkit draws UTF-8 only, so a locale counts with that codeset alone.
+std::string installed_locale(const std::string &language) {
+    const std::string locale = without_codeset(language) + ".UTF-8";
+    return is_installed(locale) ? locale : kPlainLocale;
+}
+
+void set_language_list(const std::string &languages) {
+    const std::string list =
+        languages.empty() ? kDefaultLanguage : languages + ":" + kDefaultLanguage;
+    setenv("LANGUAGE", list.c_str(), 1);
+    ++_nl_msg_cat_cntr;
+}
+
+// Makes `language` that of the text lookup, and tells the locale that goes with it.
+std::string adopt_language(const std::string &language) {
+    const std::string name = is_plain(language) ? kDefaultLanguage : without_codeset(language);
+    set_language_list(name == kDefaultLanguage ? "" : name);
+    return installed_locale(name);
+}
+
+std::string &current_locale() {
+    static std::string locale = kPlainLocale;
+    return locale;
+}
+
+}  // namespace
+
+const EnvironmentLocale &environment_locale() {
+    static const EnvironmentLocale locale = read_environment();
+    return locale;
+}
+
+void start_locale() {
+    const char *const list = std::getenv("LANGUAGE");
+    const std::string users_list = list != nullptr ? list : "";
+    // The settings take the environment's languages now, before it is changed below.
+    const std::unique_ptr<char, decltype(&std::free)> language(vconf_get_str(kLanguageKey),
+                                                               &std::free);
+    current_locale() = adopt_language(language ? language.get() : "");
+    if (!users_list.empty()) {
+        set_language_list(users_list);
+    }
+    bind_textdomain_codeset(kDomain, "UTF-8");
+    textdomain(kDomain);
+    restore_locale();
+}
+
+void restore_locale() {
+    std::setlocale(LC_ALL, "");
+    const char *const messages = std::setlocale(LC_MESSAGES, nullptr);
+    const char *const letters = std::setlocale(LC_CTYPE, nullptr);
+    // With a plain locale nothing is ever translated, and another codeset can't be drawn.
+    if (messages == nullptr || is_plain(messages)) {
+        std::setlocale(LC_MESSAGES, current_locale().c_str());
+    }
+    if (letters == nullptr || std::string_view(letters).find("UTF-8") == std::string_view::npos) {
+        std::setlocale(LC_CTYPE, current_locale().c_str());
+    }
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+void change_language(const std::string &language) {
+    // A file that can't be written leaves the language changed for this process.
+    static_cast<void>(set_setting(kLanguageKey, language));
+    __wrap_elm_language_set(language.c_str());
+    raise_app_event(APP_EVENT_LANGUAGE_CHANGED);
+}
+
+}  // namespace host
+
+void __wrap_elm_language_set(const char *language) {
+    if (language == nullptr) {
+        return;
+    }
+    host::current_locale() = host::adopt_language(language);
+    __real_elm_language_set(host::current_locale().c_str());
+    // The toolkit sets all of the locale, and the program's numbers are not for a person to read.
+    std::setlocale(LC_NUMERIC, "C");
+}

@@ -1,0 +1,184 @@
+#include <glib.h>
+#include <sys/stat.h>
+#include <vconf.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "common/gobject.h"
+#include "i18n/locale.h"
+#include "settings/settings.h"
+
+namespace host {
+namespace {
+
+constexpr const char *kLanguageKey = "db/menu_widget/language";
+constexpr const char *kRegionKey = "db/menu_widget/regionformat";
+constexpr std::string_view kVolatilePrefix = "memory/";
+
+struct KeyFileFree {
+    void operator()(GKeyFile *file) const { g_key_file_unref(file); }
+};
+using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileFree>;
+
+struct GFree {
+    void operator()(char *text) const { g_free(text); }
+};
+using GText = std::unique_ptr<char, GFree>;
+
+// What tells that a file is another than the one read before.
+struct FileStamp {
+    ino_t inode = 0;
+    off_t size = -1;
+    timespec changed{};
+
+    static FileStamp of(const std::string &file) {
+        struct stat status {};
+        if (stat(file.c_str(), &status) != 0) {
+            return {};
+        }
+        return {status.st_ino, status.st_size, status.st_mtim};
+    }
+    bool operator==(const FileStamp &other) const {
+        return inode == other.inode && size == other.size &&
+               changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
+    }
+};
+
+struct Name {
+    std::string group;
+    std::string key;
+};
+
+std::optional<Name> split_name(const std::string &name) {
+    const std::size_t slash = name.rfind('/');
+    if (slash == std::string::npos || slash == 0 || slash + 1 == name.size()) {
+        return std::nullopt;
+    }
+    return Name{name.substr(0, slash), name.substr(slash + 1)};
+}
+
+class Settings {
+public:
+    Settings() : folder_(std::string(g_get_user_config_dir()) + "/tessel") {
+        const EnvironmentLocale locale = environment_locale();
+        if (locale.language) {
+            overrides_[kLanguageKey] = *locale.language;
+        }
+        if (locale.region) {
+            overrides_[kRegionKey] = *locale.region;
+        }
+    }
+
+    std::optional<std::string> get(const std::string &name) {
+        const std::lock_guard lock(mutex_);
+        const auto found = overrides_.find(name);
+        if (found != overrides_.end()) {
+            return found->second;
+        }
+        const auto split = split_name(name);
+        if (!split) {
+            return std::nullopt;
+        }
+        refresh();
+        const GText text(
+            g_key_file_get_string(file_.get(), split->group.c_str(), split->key.c_str(), nullptr));
+        return text ? std::optional<std::string>(text.get()) : std::nullopt;
+    }
+
+    bool set(const std::string &name, const std::string &value) {
+        const std::lock_guard lock(mutex_);
+        const auto split = split_name(name);
+        if (!split) {
+            return false;
+        }
+        overrides_[name] = value;
+        return name.starts_with(kVolatilePrefix) || write(*split, value);
+    }
+
+private:
+    [[nodiscard]] std::string path() const { return folder_ + "/settings.ini"; }
+
+    void refresh() {
+        const FileStamp now = FileStamp::of(path());
+        if (file_ && now == stamp_) {
+            return;
+        }
+        file_.reset(g_key_file_new());
+        // A file that is absent or damaged is one without settings.
+        g_key_file_load_from_file(file_.get(), path().c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
+        stamp_ = now;
+    }
+
+    bool write(const Name &name, const std::string &value) {
+        refresh();
+        g_key_file_set_string(file_.get(), name.group.c_str(), name.key.c_str(), value.c_str());
+        const bool written = g_mkdir_with_parents(folder_.c_str(), 0700) == 0 &&
+                             g_key_file_save_to_file(file_.get(), path().c_str(), nullptr) != FALSE;
+        stamp_ = FileStamp::of(path());
+        return written;
+    }
+
+    const std::string folder_;
+    std::mutex mutex_;
+    std::map<std::string, std::string> overrides_;
+    KeyFilePtr file_;
+    FileStamp stamp_;
+};
+
+Settings &settings() {
+    static Settings instance;
+    return instance;
+}
+
+}  // namespace
+
+bool set_setting(const std::string &key, const std::string &value) {
+    return settings().set(key, value);
+}
+
+}  // namespace host
+
+namespace {
+
+std::optional<std::string> setting(const char *key) {
+    return key != nullptr ? host::settings().get(key) : std::nullopt;
+}
+
+}  // namespace
+
+int vconf_get_int(const char *key, int *value) {
+    const auto text = setting(key);
+    gint64 number = 0;
+    if (!text || value == nullptr ||
+        !g_ascii_string_to_signed(text->c_str(), 10, G_MININT32, G_MAXINT32, &number, nullptr)) {
+        return -1;
+    }
+    *value = static_cast<int>(number);
+    return 0;
+}
+
+int vconf_get_bool(const char *key, int *value) {
+    const auto text = setting(key);
+    if (!text || value == nullptr) {
+        return -1;
+    }
+    if (*text == "true" || *text == "1") {
+        *value = 1;
+        return 0;
+    }
+    if (*text == "false" || *text == "0") {
+        *value = 0;
+        return 0;
+    }
+    return -1;
+}
+
+char *vconf_get_str(const char *key) {
+    const auto text = setting(key);
+    return text ? strdup(text->c_str()) : nullptr;
+}
