@@ -1,0 +1,172 @@
+#include "shell/input.h"
+
+#include <Ecore_Input.h>
+
+#include <array>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr int kFirstButton = 1;
+
+enum class KeyAction { back, more, home, clockwise, counter_clockwise, turn_watch };
+
+struct KeyBinding {
+    std::string_view name;
+    KeyAction action;
+};
+
+constexpr std::array kKeyBindings = {
+    KeyBinding{"Escape", KeyAction::back},     KeyBinding{"XF86Back", KeyAction::back},
+    KeyBinding{"Menu", KeyAction::more},       KeyBinding{"F10", KeyAction::more},
+    KeyBinding{"Home", KeyAction::home},       KeyBinding{"XF86HomePage", KeyAction::home},
+    KeyBinding{"Right", KeyAction::clockwise}, KeyBinding{"Left", KeyAction::counter_clockwise},
+    KeyBinding{"F9", KeyAction::turn_watch},
+};
+
+}  // namespace
+
+Input::Input(Evas *canvas, Targets targets)
+    : surface_(evas_object_rectangle_add(canvas)),
+      targets_(std::move(targets)),
+      bezel_(targets_.detent) {
+    evas_object_color_set(surface_.get(), 0, 0, 0, 0);
+    evas_object_show(surface_.get());
+    hook_pointer();
+    key_handler_ = ecore_event_handler_add(ECORE_EVENT_KEY_DOWN, key_down, this);
+}
+
+Input::~Input() {
+    ecore_event_handler_del(key_handler_);
+}
+
+void Input::set_geometry(const Geometry &geometry) {
+    geometry_ = geometry;
+    evas_object_geometry_set(surface_.get(), 0, 0, geometry.window_w, geometry.window_h);
+}
+
+void Input::hook_pointer() {
+    evas_object_event_callback_add(
+        surface_.get(), EVAS_CALLBACK_MOUSE_DOWN,
+        [](void *data, Evas *, Evas_Object *, void *info) {
+            const auto *event = static_cast<const Evas_Event_Mouse_Down *>(info);
+            if (event->button == kFirstButton) {
+                static_cast<Input *>(data)->press(event->canvas.x, event->canvas.y);
+            }
+        },
+        this);
+    evas_object_event_callback_add(
+        surface_.get(), EVAS_CALLBACK_MOUSE_MOVE,
+        [](void *data, Evas *, Evas_Object *, void *info) {
+            const auto *event = static_cast<const Evas_Event_Mouse_Move *>(info);
+            static_cast<Input *>(data)->move(event->cur.canvas.x, event->cur.canvas.y);
+        },
+        this);
+    evas_object_event_callback_add(
+        surface_.get(), EVAS_CALLBACK_MOUSE_UP,
+        [](void *data, Evas *, Evas_Object *, void *info) {
+            const auto *event = static_cast<const Evas_Event_Mouse_Up *>(info);
+            if (event->button == kFirstButton) {
+                static_cast<Input *>(data)->release(event->canvas.x, event->canvas.y);
+            }
+        },
+        this);
+    evas_object_event_callback_add(
+        surface_.get(), EVAS_CALLBACK_MOUSE_WHEEL,
+        [](void *data, Evas *, Evas_Object *, void *info) {
+            // Away from the hand is clockwise on the upright wheel, to the right on the other.
+            const auto *event = static_cast<const Evas_Event_Mouse_Wheel *>(info);
+            const int clockwise = event->direction == 0 ? -event->z : event->z;
+            if (clockwise != 0) {
+                static_cast<Input *>(data)->bezel_.turn_by_hand(clockwise);
+            }
+        },
+        this);
+}
+
+void Input::press(int x, int y) {
+    held_ = geometry_.at(x, y);
+    switch (held_) {
+    case Geometry::Place::screen:
+        targets_.finger_down(x - geometry_.screen.x, y - geometry_.screen.y);
+        break;
+    case Geometry::Place::ring:
+        ring_from_ = geometry_.direction(static_cast<float>(x), static_cast<float>(y));
+        break;
+    case Geometry::Place::back_key:
+        targets_.key(Key::back);
+        break;
+    case Geometry::Place::home_key:
+        targets_.key(Key::home);
+        break;
+    case Geometry::Place::elsewhere:
+        break;
+    }
+}
+
+void Input::move(int x, int y) {
+    if (held_ == Geometry::Place::screen) {
+        targets_.finger_move(x - geometry_.screen.x, y - geometry_.screen.y);
+    } else if (held_ == Geometry::Place::ring) {
+        drag_ring(x, y);
+    }
+}
+
+void Input::release(int x, int y) {
+    if (std::exchange(held_, Geometry::Place::elsewhere) == Geometry::Place::screen) {
+        targets_.finger_up(x - geometry_.screen.x, y - geometry_.screen.y);
+    }
+}
+
+void Input::drag_ring(int x, int y) {
+    float turned = geometry_.direction(static_cast<float>(x), static_cast<float>(y)) - ring_from_;
+    turned -= std::round(turned);  // the shorter way round
+    const int detents = static_cast<int>(std::trunc(turned * Detents::kPerTurn));
+    if (detents != 0) {
+        ring_from_ += static_cast<float>(detents) / Detents::kPerTurn;
+        bezel_.turn_by_hand(detents);
+    }
+}
+
+Eina_Bool Input::key_down(void *data, int /*type*/, void *event) {
+    auto *self = static_cast<Input *>(data);
+    const auto *key = static_cast<const Ecore_Event_Key *>(event);
+    constexpr unsigned int kChords =
+        ECORE_EVENT_MODIFIER_CTRL | ECORE_EVENT_MODIFIER_ALT | ECORE_EVENT_MODIFIER_WIN;
+    if (key->keyname == nullptr || (key->modifiers & kChords) != 0) {
+        return ECORE_CALLBACK_PASS_ON;
+    }
+    for (const KeyBinding &binding : kKeyBindings) {
+        if (binding.name != key->keyname) {
+            continue;
+        }
+        switch (binding.action) {
+        case KeyAction::back:
+            self->targets_.key(Key::back);
+            break;
+        case KeyAction::more:
+            self->targets_.key(Key::more);
+            break;
+        case KeyAction::home:
+            self->targets_.key(Key::home);
+            break;
+        case KeyAction::clockwise:
+            self->bezel_.turn_by_hand(1);
+            break;
+        case KeyAction::counter_clockwise:
+            self->bezel_.turn_by_hand(-1);
+            break;
+        case KeyAction::turn_watch:
+            self->targets_.turn_watch();
+            break;
+        }
+        return ECORE_CALLBACK_DONE;
+    }
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+}  // namespace host

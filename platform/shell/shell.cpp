@@ -1,0 +1,282 @@
+#include "shell/shell.h"
+
+#include "app/lifecycle.h"
+#include "app/options.h"
+#include "rotary/rotary.h"
+#include "shell/frame_image.h"
+#include "shell/input.h"
+#include "shell/program_window.h"
+#include "shell/shell_instance.h"
+#include "shell/snapshot.h"
+#include "shell/theme.h"
+#include "shell/top_window.h"
+#include "shell/video_image.h"
+
+#include <Elementary.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace host {
+
+namespace {
+
+/// What the platform's sizes are made for; another screen scales them.
+constexpr double kReferenceSide = 360.0;
+
+std::unique_ptr<Shell> instance;
+
+Geometry first_geometry(const TopWindow &top) {
+    const Options::Size &size = options().screen;
+    if (!options().fullscreen) {
+        return Geometry::watch(size.width, size.height);
+    }
+    int w = 0;
+    int h = 0;
+    top.screen_size(w, h);
+    return w > 0 && h > 0 ? Geometry::bare(w, h) : Geometry::bare(size.width, size.height);
+}
+
+}  // namespace
+
+Shell *shell() {
+    return instance.get();
+}
+
+Shell::Shell(std::unique_ptr<TopWindow> top)
+    : top_(std::move(top)),
+      video_(top_->canvas()),
+      stage_(evas_object_rectangle_add(top_->canvas())),
+      input_(top_->canvas(), input_targets()),
+      frame_(input_.surface()) {
+    evas_object_color_set(stage_.get(), 0, 0, 0, 0);
+    lay_out(first_geometry(*top_));
+    top_->set_events({[this](int w, int h) { window_resized(w, h); }, [this] { close(); },
+                      [](bool minimised) {
+                          if (!options().watch_profile) {
+                              return;
+                          }
+                          if (minimised) {
+                              leave_foreground();
+                          } else {
+                              enter_foreground();
+                          }
+                      }});
+    if (options().fullscreen && !top_->in_memory()) {
+        top_->show_fullscreen();
+    } else {
+        top_->show(geometry_.window_w, geometry_.window_h);
+    }
+}
+
+Shell::~Shell() {
+    top_->set_events({});
+    // The program's windows belong to the stage's canvas: they can't outlive it. Each leaves the
+    // list as it goes.
+    std::vector<Evas_Object *> left;
+    for (const auto &window : windows_) {
+        left.push_back(window->window());
+    }
+    for (Evas_Object *window : left) {
+        evas_object_del(window);
+    }
+}
+
+Input::Targets Shell::input_targets() {
+    Input::Targets targets;
+    targets.finger_down = [this](int x, int y) {
+        if (!windows_.empty()) {
+            windows_.back()->finger_down(x, y);
+        }
+    };
+    targets.finger_move = [this](int x, int y) {
+        if (!windows_.empty()) {
+            windows_.back()->finger_move(x, y);
+        }
+    };
+    targets.finger_up = [this](int x, int y) {
+        if (!windows_.empty()) {
+            windows_.back()->finger_up(x, y);
+        }
+    };
+    targets.detent = [this](bool clockwise, unsigned int stamp) {
+        ring_ = (ring_ + (clockwise ? 1 : Detents::kPerTurn - 1)) % Detents::kPerTurn;
+        frame_.set_ring(ring_);
+        static_cast<void>(send_detent(
+            clockwise ? EEXT_ROTARY_DIRECTION_CLOCKWISE : EEXT_ROTARY_DIRECTION_COUNTER_CLOCKWISE,
+            stamp));
+    };
+    targets.key = [](Key key) { press_key(key); };
+    targets.turn_watch = [this] { turn((rotation_ + 90) % 360); };
+    return targets;
+}
+
+void Shell::window_resized(int w, int h) {
+    if (w == geometry_.window_w && h == geometry_.window_h) {
+        return;
+    }
+    lay_out(options().fullscreen ? Geometry::bare(w, h) : geometry_.centred_in(w, h));
+}
+
+void Shell::lay_out(const Geometry &geometry) {
+    const bool resized =
+        geometry.screen.w != geometry_.screen.w || geometry.screen.h != geometry_.screen.h;
+    geometry_ = geometry;
+    if (resized) {
+        const double scale = std::min(geometry.screen.w, geometry.screen.h) / kReferenceSide;
+        if (scale != elm_config_scale_get()) {
+            elm_config_scale_set(scale);
+        }
+    }
+    frame_.paint(geometry);
+    input_.set_geometry(geometry);
+    for (const auto &window : windows_) {
+        window->place(geometry.screen);
+    }
+    video_.place(geometry.screen);
+}
+
+Evas_Object *Shell::add_window(const char *name) {
+    auto window = std::make_unique<ProgramWindow>(
+        stage_.get(), name, geometry_.screen, rotation_, [this](ProgramWindow *deleted) {
+            std::erase_if(windows_, [deleted](const auto &w) { return w.get() == deleted; });
+        });
+    if (window->window() == nullptr) {
+        return nullptr;
+    }
+    windows_.push_back(std::move(window));
+    return windows_.back()->window();
+}
+
+ProgramWindow *Shell::find(const Evas_Object *window) const {
+    const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                    [window](const auto &w) { return w->window() == window; });
+    return found == windows_.end() ? nullptr : found->get();
+}
+
+Evas_Object *Shell::newest_window() const {
+    return windows_.empty() ? nullptr : windows_.back()->window();
+}
+
+void Shell::close() {
+    Evas_Object *window = newest_window();
+    if (window == nullptr) {
+        request_exit();
+        return;
+    }
+    evas_object_smart_callback_call(window, "delete,request", nullptr);
+    if (find(window) != nullptr && elm_win_autodel_get(window) != EINA_FALSE) {
+        evas_object_del(window);
+    }
+}
+
+void Shell::turn(int degrees) {
+    if (degrees == rotation_ || degrees % 90 != 0 || degrees < 0 || degrees >= 360) {
+        return;
+    }
+    rotation_ = degrees;
+    // A program may open and close windows as it is told.
+    std::vector<Evas_Object *> told;
+    for (const auto &window : windows_) {
+        told.push_back(window->window());
+    }
+    for (const Evas_Object *object : told) {
+        if (ProgramWindow *window = find(object); window != nullptr) {
+            window->turn(degrees);
+        }
+    }
+}
+
+void Shell::pointer(PointerEvent event, int x, int y) {
+    const int wx = geometry_.screen.x + x;
+    const int wy = geometry_.screen.y + y;
+    switch (event) {
+    case PointerEvent::down:
+        input_.press(wx, wy);
+        break;
+    case PointerEvent::move:
+        input_.move(wx, wy);
+        break;
+    case PointerEvent::up:
+        input_.release(wx, wy);
+        break;
+    }
+}
+
+bool start_shell() {
+    if (instance != nullptr) {
+        return true;
+    }
+    auto top = TopWindow::open(options().headless);
+    if (top == nullptr) {
+        return false;
+    }
+    load_platform_theme();
+    instance = std::make_unique<Shell>(std::move(top));
+    return true;
+}
+
+void stop_shell() {
+    instance.reset();
+}
+
+VideoPlane *video_plane_of(Evas_Object *window) {
+    return instance != nullptr && instance->find(window) != nullptr ? &instance->video() : nullptr;
+}
+
+Evas_Object *program_window() {
+    return instance != nullptr ? instance->newest_window() : nullptr;
+}
+
+bool save_screenshot(const std::string &file) {
+    return instance != nullptr && save_snapshot(instance->top(), instance->geometry(), file);
+}
+
+void pointer_down(int x, int y) {
+    if (instance != nullptr) {
+        instance->pointer(PointerEvent::down, x, y);
+    }
+}
+
+void pointer_move(int x, int y) {
+    if (instance != nullptr) {
+        instance->pointer(PointerEvent::move, x, y);
+    }
+}
+
+void pointer_up(int x, int y) {
+    if (instance != nullptr) {
+        instance->pointer(PointerEvent::up, x, y);
+    }
+}
+
+void turn_bezel(int detents, int interval_ms) {
+    if (instance != nullptr && detents != 0) {
+        instance->input().bezel().turn(detents, interval_ms);
+    }
+}
+
+void press_key(Key key) {
+    switch (key) {
+    case Key::back:
+        static_cast<void>(send_key(EEXT_CALLBACK_BACK));
+        break;
+    case Key::more:
+        static_cast<void>(send_key(EEXT_CALLBACK_MORE));
+        break;
+    case Key::home:
+        leave_foreground();
+        break;
+    }
+}
+
+void turn_screen(int degrees) {
+    if (instance != nullptr) {
+        instance->turn(degrees);
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "shell/evas_object.h"
+#include "shell/frame_image.h"
+#include "shell/geometry.h"
+#include "shell/input.h"
+#include "shell/program_window.h"
+#include "shell/top_window.h"
+#include "shell/video_image.h"
+
+#include <memory>
+#include <vector>
+
+namespace host {
+
+enum class PointerEvent { down, move, up };
+
+/// The watch: its window, the video plane, the program's windows over it, the frame over both.
+/// Thread: main loop.
+class Shell {
+public:
+    explicit Shell(std::unique_ptr<TopWindow> top);
+    ~Shell();
+    Shell(const Shell &) = delete;
+    Shell &operator=(const Shell &) = delete;
+
+    /// @return a new window of the program, on top of its others; null on failure
+    [[nodiscard]] Evas_Object *add_window(const char *name);
+    /// Null when the object is no window of the program.
+    [[nodiscard]] ProgramWindow *find(const Evas_Object *window) const;
+    [[nodiscard]] Evas_Object *newest_window() const;
+
+    [[nodiscard]] VideoImage &video() { return video_; }
+    [[nodiscard]] Input &input() { return input_; }
+    [[nodiscard]] TopWindow &top() { return *top_; }
+    [[nodiscard]] const Geometry &geometry() const { return geometry_; }
+
+    void turn(int degrees);
+    /// Positions are of the round screen.
+    void pointer(PointerEvent event, int x, int y);
+
+private:
+    [[nodiscard]] Input::Targets input_targets();
+    void window_resized(int w, int h);
+    void lay_out(const Geometry &geometry);
+    void close();
+
+    // In the order of stacking, lowest first.
+    std::unique_ptr<TopWindow> top_;
+    VideoImage video_;
+    EvasObject stage_;  ///< the program's windows are stacked below it
+    Input input_;
+    FrameImage frame_;
+    std::vector<std::unique_ptr<ProgramWindow>> windows_;  ///< oldest first
+    Geometry geometry_;
+    int rotation_ = 0;
+    int ring_ = 0;  ///< detents clockwise from the top
+};
+
+/// The running shell, or null.
+[[nodiscard]] Shell *shell();
+
+}  // namespace host
