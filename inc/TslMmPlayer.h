@@ -44,8 +44,8 @@ enum PlayerDisplayRotation : int {
 
 /// Where the video is shown; not the platform's numbers.
 enum PlayerDisplayType : int {
-    PLAYER_DISPLAY_TYPE_OF_EVAS = 0,   ///< no display is handed on
-    PLAYER_DISPLAY_TYPE_OF_OVERLAY = 1 ///< the video plane of a window
+    PLAYER_DISPLAY_TYPE_OF_EVAS = 0,    ///< no display is handed on
+    PLAYER_DISPLAY_TYPE_OF_OVERLAY = 1  ///< the video plane of a window
 };
 
 /// The platform's player reduced to true and false, with one log line per failure.
@@ -85,8 +85,7 @@ public:
     bool setInterruptedCb(player_interrupted_cb cb, void *pUserData);
     bool setSubtitleUpdatedCb(player_subtitle_updated_cb cb, void *pUserData);
     bool setProgressiveDownloadMessageCb(player_pd_message_cb cb, void *pUserData);
-    bool setMediaPacketVideoFrameDecodeCb(player_media_packet_video_decoded_cb cb,
-                                          void *pUserData);
+    bool setMediaPacketVideoFrameDecodeCb(player_media_packet_video_decoded_cb cb, void *pUserData);
     bool setMissedPluginInfoCb(player_missed_plugin_info_cb cb, void *pUserData);
     bool unsetErrorCb();
     bool unsetBufferingCb();

@@ -6,9 +6,9 @@
 
 /// State of the player; the platform's own numbers.
 enum PlayStateType : int {
-    PLAY_STATE_NONE = 0,  ///< no player, or the state could not be read
-    PLAY_STATE_IDLE = 1,  ///< created, nothing prepared
-    PLAY_STATE_READY = 2, ///< prepared
+    PLAY_STATE_NONE = 0,   ///< no player, or the state could not be read
+    PLAY_STATE_IDLE = 1,   ///< created, nothing prepared
+    PLAY_STATE_READY = 2,  ///< prepared
     PLAY_STATE_PLAY = 3,
     PLAY_STATE_PAUSE = 4
 };
