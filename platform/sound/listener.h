@@ -22,10 +22,16 @@ public:
 
     void clear() { set({}); }
 
-    void call(Arguments... arguments) {
+    void call(Arguments... arguments) { call(current(), arguments...); }
+
+    /// The callback that is set now, for a call that is made later and must reach this one or none.
+    [[nodiscard]] std::shared_ptr<Function> current() {
         const std::lock_guard lock(mutex_);
-        // The callback may replace itself while it runs.
-        if (const auto function = function_) {
+        return function_;
+    }
+    void call(const std::shared_ptr<Function> &function, Arguments... arguments) {
+        const std::lock_guard lock(mutex_);
+        if (function != nullptr && function == function_) {
             (*function)(arguments...);
         }
     }

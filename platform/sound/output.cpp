@@ -88,6 +88,9 @@ std::pair<std::string, std::string> split_host(std::string_view place) {
 
 bool network_server_answers(std::string_view place) {
     auto [name, port] = split_host(place);
+    if (name.empty() || port.find_first_not_of("0123456789") != std::string::npos) {
+        return false;
+    }
     if (name == "localhost") {
         name = "127.0.0.1";
     }

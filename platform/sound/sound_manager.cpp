@@ -62,11 +62,26 @@ public:
     // Events, on any thread.
 
     void volume_changed(sound_type_e type, unsigned level) override {
-        report_thread_.post([this, type, level] { volume.call(type, level); });
+        // Whoever sets a callback after the change isn't told of it.
+        report_thread_.post([this, type, level, callback = volume.current()] {
+            volume.call(callback, type, level);
+        });
     }
 
     void device_changed(const Device &device, bool connected) override {
-        report_thread_.post([this, device, connected] { report_device(device, connected); });
+        std::vector<std::shared_ptr<DeviceListener>> listeners;
+        {
+            const std::lock_guard lock(mutex_);
+            listeners = device_listeners_;
+        }
+        report_thread_.post([listeners = std::move(listeners), device, connected] {
+            sound_device_s handle{device};
+            for (const auto &listener : listeners) {
+                if ((listener->mask & device.mask()) != 0) {
+                    listener->changed.call(handle, connected);
+                }
+            }
+        });
     }
 
     void focus_changed(StreamId stream, const FocusChange &change) override {
@@ -166,20 +181,6 @@ private:
             }
         }
         return nullptr;
-    }
-
-    void report_device(const Device &device, bool connected) {
-        std::vector<std::shared_ptr<DeviceListener>> listeners;
-        {
-            const std::lock_guard lock(mutex_);
-            listeners = device_listeners_;
-        }
-        sound_device_s handle{device};
-        for (const auto &listener : listeners) {
-            if ((listener->mask & device.mask()) != 0) {
-                listener->changed.call(handle, connected);
-            }
-        }
     }
 
     mutable std::mutex mutex_;
