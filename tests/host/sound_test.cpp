@@ -326,6 +326,26 @@ TEST_F(BuiltinSound, UnsetWaitsForTheRunningCallback) {
     EXPECT_TRUE(left_at_return.get());
 }
 
+TEST_F(BuiltinSound, LevelsCanBeSetWhileACallbackRuns) {
+    struct Shared {
+        Gate entered;
+        Gate leave;
+    } shared;
+    const auto callback = [](sound_type_e, unsigned level, void *data) {
+        auto *state = static_cast<Shared *>(data);
+        if (level == 6) {
+            state->entered.open();
+            EXPECT_TRUE(state->leave.pass());
+        }
+    };
+    ASSERT_EQ(sound_manager_set_volume_changed_cb(callback, &shared), 0);
+    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
+    ASSERT_TRUE(shared.entered.pass());
+    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 7), 0);
+    EXPECT_EQ(media_volume(), 7);
+    shared.leave.open();
+}
+
 TEST_F(BuiltinSound, CallbackCanUnsetItself) {
     Reports<int> calls;
     const auto callback = [](sound_type_e, unsigned, void *data) {
