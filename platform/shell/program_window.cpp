@@ -48,13 +48,14 @@ Rect bounds_of_visible(const std::uint32_t *pixels, int w, int h, int row) {
 
 }  // namespace
 
-ProgramWindow::ProgramWindow(Evas_Object *stage, const char *name, const Rect &screen, int rotation,
+ProgramWindow::ProgramWindow(Evas_Object *parent, Evas_Object *above, const char *name,
+                             const Rect &screen, int rotation,
                              std::function<void(ProgramWindow *)> deleted)
     : deleted_(std::move(deleted)),
-      clip_(evas_object_rectangle_add(evas_object_evas_get(stage))),
+      clip_(evas_object_rectangle_add(evas_object_evas_get(above))),
       screen_(screen),
       rotation_(rotation) {
-    window_ = __real_elm_win_add(stage, name, ELM_WIN_INLINED_IMAGE);
+    window_ = __real_elm_win_add(parent, name, ELM_WIN_INLINED_IMAGE);
     if (window_ == nullptr) {
         return;
     }
@@ -63,7 +64,7 @@ ProgramWindow::ProgramWindow(Evas_Object *stage, const char *name, const Rect &s
     elm_win_alpha_set(window_, EINA_TRUE);
     // The shell gives it its input, so that it can be felt where it is transparent.
     evas_object_pass_events_set(image_, EINA_TRUE);
-    evas_object_stack_below(image_, stage);
+    evas_object_stack_below(image_, above);
     evas_object_clip_set(image_, clip_.get());
     evas_object_event_callback_add(window_, EVAS_CALLBACK_DEL, window_deleted, this);
     evas_object_event_callback_add(window_, EVAS_CALLBACK_RESIZE, window_resized, this);

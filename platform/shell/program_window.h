@@ -15,10 +15,11 @@ namespace host {
 /// Thread: main loop.
 class ProgramWindow {
 public:
-    /// @param stage an object of the shell's canvas that the window belongs to
+    /// @param parent the shell's window
+    /// @param above an object of the shell's canvas; the window is stacked straight below it
     /// @param deleted called when the window has been deleted, by whomever
-    ProgramWindow(Evas_Object *stage, const char *name, const Rect &screen, int rotation,
-                  std::function<void(ProgramWindow *)> deleted);
+    ProgramWindow(Evas_Object *parent, Evas_Object *above, const char *name, const Rect &screen,
+                  int rotation, std::function<void(ProgramWindow *)> deleted);
     ~ProgramWindow();
     ProgramWindow(const ProgramWindow &) = delete;
     ProgramWindow &operator=(const ProgramWindow &) = delete;

@@ -141,7 +141,8 @@ void Shell::lay_out(const Geometry &geometry) {
 
 Evas_Object *Shell::add_window(const char *name) {
     auto window = std::make_unique<ProgramWindow>(
-        stage_.get(), name, geometry_.screen, rotation_, [this](ProgramWindow *deleted) {
+        top_->widget(), stage_.get(), name, geometry_.screen, rotation_,
+        [this](ProgramWindow *deleted) {
             std::erase_if(windows_, [deleted](const auto &w) { return w.get() == deleted; });
         });
     if (window->window() == nullptr) {

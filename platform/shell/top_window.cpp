@@ -1,6 +1,7 @@
 #include "shell/top_window.h"
 
 #include <Ecore_Evas.h>
+#include <Elementary.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -75,7 +76,7 @@ std::unique_ptr<TopWindow> TopWindow::open(bool in_memory) {
 }
 
 TopWindow::TopWindow(Handle handle, bool in_memory)
-    : ee_(std::move(handle)), in_memory_(in_memory) {
+    : ee_(std::move(handle)), widget_(elm_win_fake_add(ee_.get())), in_memory_(in_memory) {
     Ecore_Evas *ee = ee_.get();
     ecore_evas_data_set(ee, kSelfKey, this);
     ecore_evas_title_set(ee, kTitle);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/evas_object.h"
+
 #include <Ecore_Evas.h>
 
 #include <functional>
@@ -32,6 +34,8 @@ public:
     void set_events(Events events) { events_ = std::move(events); }
 
     [[nodiscard]] Evas *canvas() const;
+    /// The toolkit's name for this window, as parent of the windows inside.
+    [[nodiscard]] Evas_Object *widget() const { return widget_.get(); }
     /// Whether nothing but memory is behind the window.
     [[nodiscard]] bool in_memory() const { return in_memory_; }
     /// Size of the screen that the window is on, in pixels; 0 x 0 when there is none.
@@ -51,6 +55,7 @@ private:
     static TopWindow *of(Ecore_Evas *ee);
 
     Handle ee_;
+    EvasObject widget_;
     bool in_memory_;
     bool minimised_ = false;
     Events events_;
