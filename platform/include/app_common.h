@@ -1,6 +1,8 @@
 /**
  * @file app_common.h
  * @brief Identity, folders and system events, common to all kinds of application.
+ *
+ * Thread: any, but for the callbacks, which come on the main loop.
  */
 #ifndef APP_COMMON_H
 #define APP_COMMON_H
@@ -34,11 +36,17 @@ typedef struct app_event_info *app_event_info_h;
 /** The information is valid during the call only. */
 typedef void (*app_event_cb)(app_event_info_h event_info, void *user_data);
 
-/** @param[out] id  heap copy of the application's id, freed by the caller */
+/**
+ * @param[out] id  heap copy of the application's id, freed by the caller with free()
+ * @return APP_ERROR_NONE, APP_ERROR_INVALID_PARAMETER or APP_ERROR_OUT_OF_MEMORY
+ */
 int app_get_id(char **id);
-/** @return heap copy, ending in "/", of the folder of private resources; null on failure. */
+/**
+ * @return heap copy, ending in "/" and freed by the caller with free(), of the folder of private
+ *         resources, whether or not it exists; null on failure
+ */
 char *app_get_resource_path(void);
-/** @return heap copy, ending in "/", of the folder of shared resources; null on failure. */
+/** As app_get_resource_path(), for the resources that other applications may read. */
 char *app_get_shared_resource_path(void);
 
 #ifdef __cplusplus

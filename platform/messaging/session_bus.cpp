@@ -150,7 +150,12 @@ GObjectPtr<GDBusConnection> session_bus() {
     with_session_bus([promise](GDBusConnection *ready) {
         promise->set_value(ready != nullptr ? G_DBUS_CONNECTION(g_object_ref(ready)) : nullptr);
     });
-    return GObjectPtr<GDBusConnection>(connection.get());
+    try {
+        return GObjectPtr<GDBusConnection>(connection.get());
+    } catch (const std::future_error &) {
+        // The service thread has ended without calling back.
+        return nullptr;
+    }
 }
 
 void close_session_bus() {

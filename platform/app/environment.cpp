@@ -1,0 +1,62 @@
+#include "app/environment.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "i18n/locale.h"
+#include "log/log.h"
+#include "messaging/session_bus.h"
+
+namespace host {
+namespace {
+
+constexpr int kKeep = 0;
+constexpr int kReplace = 1;
+
+bool is_set(const char *variable) {
+    const char *value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool engine_is_buffer() {
+    return is_set("ELM_ENGINE") && std::string_view(std::getenv("ELM_ENGINE")) == "buffer";
+}
+
+void choose_engine(Options &options) {
+    if (options.headless) {
+        setenv("ELM_ENGINE", "buffer", kReplace);
+    } else if (!is_set("DISPLAY") && !is_set("WAYLAND_DISPLAY")) {
+        setenv("ELM_ENGINE", "buffer", kKeep);
+    } else if (!is_set("DISPLAY")) {
+        setenv("ELM_DISPLAY", "wl", kKeep);
+        setenv("ELM_ENGINE", "wayland_shm", kKeep);
+    }
+    options.headless = engine_is_buffer();
+}
+
+void set_up_log(const Options &options) {
+    if (options.log) {
+        // The command line has been accepted with it.
+        static_cast<void>(set_log_levels(*options.log));
+    } else if (is_set("TESSEL_LOG") && !is_log_spec(std::getenv("TESSEL_LOG"))) {
+        std::fprintf(stderr, "tessel: TESSEL_LOG is not understood, nothing is logged: '%s'\n",
+                     std::getenv("TESSEL_LOG"));
+    }
+}
+
+}  // namespace
+
+void prepare_environment(Options &options) {
+    set_up_log(options);
+    // Without a system bus the toolkit prints pages that tell the user nothing.
+    setenv("EINA_LOG_LEVEL", "0", kKeep);
+    setenv("EINA_LOG_BACKTRACE", "-1", kKeep);
+    choose_engine(options);
+    if (!session_bus_address()) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kReplace);
+    }
+    start_locale();
+}
+
+}  // namespace host

@@ -1,0 +1,299 @@
+#include "app/lifecycle.h"
+
+#include <Elementary.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "app/application.h"
+#include "app/command_line.h"
+#include "app/environment.h"
+#include "app/exit_status.h"
+#include "common/main_loop.h"
+#include "common/service_thread.h"
+#include "control/control.h"
+#include "i18n/locale.h"
+#include "messaging/desktop_application.h"
+#include "messaging/session_bus.h"
+#include "player/player_host.h"
+#include "shell/shell.h"
+
+namespace host {
+namespace {
+
+constexpr int kSuccess = 0;
+constexpr int kFailure = 1;
+
+Application *current_application = nullptr;
+
+// What the role's descriptor counts; zero can't be written to it.
+constexpr std::uint64_t kPlay = 1;
+constexpr std::uint64_t kHandedOver = 2;
+
+AppControlPtr first_request(const Options &options) {
+    auto request = std::make_unique<app_control_s>();
+    request->operation = options.operation.value_or(options.target ? APP_CONTROL_OPERATION_VIEW
+                                                                   : APP_CONTROL_OPERATION_DEFAULT);
+    request->mime = options.mime;
+    for (const auto &[key, value] : options.extras) {
+        app_control_add_extra_data(request.get(), key.c_str(), value.c_str());
+    }
+    if (options.target && is_uri(*options.target)) {
+        request->uri = decode_local_uri(*options.target);
+    } else if (options.target) {
+        std::error_code error;
+        const std::string path = std::filesystem::absolute(*options.target, error);
+        app_control_add_extra_data(request.get(), APP_CONTROL_DATA_PATH,
+                                   error ? options.target->c_str() : path.c_str());
+    }
+    return request;
+}
+
+bool names_nothing(const app_control_s &request) {
+    const auto path = extra_text(request, APP_CONTROL_DATA_PATH);
+    return request.uri.value_or("").empty() && path.value_or("").empty();
+}
+
+}  // namespace
+
+Application::Application(const ui_app_lifecycle_callback_s &callbacks, void *user_data)
+    : callbacks_(callbacks), user_data_(user_data), role_fd_(eventfd(0, EFD_CLOEXEC)) {
+    current_application = this;
+}
+
+Application::~Application() {
+    current_application = nullptr;
+}
+
+Application *Application::current() {
+    return current_application;
+}
+
+int Application::run(int argc, char **argv, Options options) {
+    signals_.install();
+    prepare_environment(options);
+    const bool new_instance = options.new_instance;
+    first_request_ = first_request(options);
+    set_options(std::move(options));
+    warm_up_player();
+    // Before anything that may post to the main loop.
+    ecore_init();
+    if (!new_instance && session_bus_address()) {
+        join_instance();
+    }
+    elm_init(argc > 0 ? 1 : 0, argv);
+    // The toolkit has set both to its own liking.
+    signals_.install();
+    restore_locale();
+
+    const int status = wait_for_role() ? run_shell() : kSuccess;
+    end();
+    elm_shutdown();
+    ecore_shutdown();
+    return status;
+}
+
+void Application::join_instance() {
+    instance_.emplace(Instance::Handlers{[](std::shared_ptr<Instance::Delivery> delivery) {
+                                             post_to_main_loop([delivery = std::move(delivery)] {
+                                                 if (Application *const application = current();
+                                                     application != nullptr) {
+                                                     application->deliver_from_bus(delivery);
+                                                 }
+                                             });
+                                         },
+                                         [] { post_to_main_loop(request_exit); }});
+    instance_->join(*first_request_, [fd = role_fd_.get()](Instance::Role role) {
+        const std::uint64_t word = role == Instance::Role::play ? kPlay : kHandedOver;
+        [[maybe_unused]] const ssize_t written = write(fd, &word, sizeof word);
+    });
+}
+
+bool Application::wait_for_role() {
+    if (!instance_) {
+        return !signals_.received();
+    }
+    std::array<pollfd, 2> fds{{{role_fd_.get(), POLLIN, 0}, {signals_.fd(), POLLIN, 0}}};
+    while (poll(fds.data(), fds.size(), -1) < 0 && errno == EINTR) {
+    }
+    std::uint64_t word = 0;
+    return fds[1].revents == 0 && read(role_fd_.get(), &word, sizeof word) == sizeof word &&
+           word == kPlay;
+}
+
+int Application::run_shell() {
+    if (!start_shell()) {
+        return kFailure;
+    }
+    if (options().control && !start_control()) {
+        return kFailure;
+    }
+    set_own_application({[this](AppControlPtr request) { launch(std::move(request)); },
+                         [] { post_to_main_loop(request_exit); }, [this] { raise(); }});
+    run_loop();
+    set_own_application({});
+    if (const auto why = launch_failure()) {
+        std::fprintf(stderr, "tessel: %s\n", why->c_str());
+        return kFailure;
+    }
+    return kSuccess;
+}
+
+void Application::run_loop() {
+    struct HandlerDelete {
+        void operator()(Ecore_Fd_Handler *handler) const { ecore_main_fd_handler_del(handler); }
+    };
+    const std::unique_ptr<Ecore_Fd_Handler, HandlerDelete> signal_handler(ecore_main_fd_handler_add(
+        signals_.fd(), ECORE_FD_READ,
+        [](void *, Ecore_Fd_Handler *) {
+            request_exit();
+            return ECORE_CALLBACK_RENEW;
+        },
+        nullptr, nullptr, nullptr));
+    if (options().headless && !options().control) {
+        popup_closer_.emplace();
+    }
+    if (options().screenshot) {
+        screenshot_.emplace(*options().screenshot);
+    }
+    // From inside the loop, as ending it before it runs would be forgotten.
+    post_to_main_loop([this] { create(); });
+    elm_run();
+}
+
+void Application::create() {
+    if (is_exiting()) {
+        return;
+    }
+    created_ = callbacks_.create == nullptr || callbacks_.create(user_data_);
+    if (!created_) {
+        request_exit();
+        return;
+    }
+    post_to_main_loop([this] { first_launch(); });
+}
+
+void Application::first_launch() {
+    if (is_exiting()) {
+        return;
+    }
+    launched_ = true;
+    deliver(*first_request_);
+    for (const auto &delivery : std::exchange(early_, {})) {
+        deliver_from_bus(delivery);
+    }
+}
+
+void Application::deliver(const app_control_s &request) {
+    begin_launch();
+    if (names_nothing(request)) {
+        report_playback_failure("nothing to play: the request has neither a URI nor a path");
+    }
+    // The program may do with its handle what it likes.
+    app_control_s own = request;
+    if (callbacks_.app_control != nullptr) {
+        callbacks_.app_control(&own, user_data_);
+    }
+    if (!is_exiting()) {
+        set_foreground(true);
+    }
+}
+
+void Application::deliver_from_bus(const std::shared_ptr<Instance::Delivery> &delivery) {
+    // A request that is dropped is refused, and its sender plays by itself.
+    if (is_exiting()) {
+        return;
+    }
+    if (!launched_) {
+        early_.push_back(delivery);
+        return;
+    }
+    delivery->accept();
+    if (delivery->request() != nullptr) {
+        deliver(*delivery->request());
+    }
+    if (!is_exiting()) {
+        raise();
+    }
+}
+
+void Application::launch(AppControlPtr request) {
+    const std::shared_ptr<app_control_s> kept = std::move(request);
+    post_to_main_loop([this, kept] {
+        if (!is_exiting()) {
+            deliver(*kept);
+        }
+    });
+}
+
+void Application::set_foreground(bool foreground) {
+    if (!launched_ || ended_ || foreground_ == foreground) {
+        return;
+    }
+    foreground_ = foreground;
+    const auto callback = foreground ? callbacks_.resume : callbacks_.pause;
+    if (callback != nullptr) {
+        callback(user_data_);
+    }
+}
+
+void Application::raise() {
+    if (Evas_Object *const window = program_window(); window != nullptr) {
+        elm_win_raise(window);
+        elm_win_activate(window);
+    }
+    set_foreground(true);
+}
+
+void Application::end() {
+    ended_ = true;
+    if (instance_) {
+        instance_->leave();
+    }
+    early_.clear();
+    if (created_ && callbacks_.terminate != nullptr) {
+        callbacks_.terminate(user_data_);
+    }
+    popup_closer_.reset();
+    screenshot_.reset();
+    stop_control();
+    stop_shell();
+    close_main_loop();
+    instance_.reset();
+    close_session_bus();
+    stop_service_thread();
+}
+
+void leave_foreground() {
+    if (Application *const application = Application::current(); application != nullptr) {
+        application->set_foreground(false);
+    }
+}
+
+void enter_foreground() {
+    if (Application *const application = Application::current(); application != nullptr) {
+        application->set_foreground(true);
+    }
+}
+
+}  // namespace host
+
+int ui_app_main(int argc, char **argv, ui_app_lifecycle_callback_s *callback, void *user_data) {
+    if (argc < 0 || argv == nullptr || callback == nullptr) {
+        return APP_ERROR_INVALID_PARAMETER;
+    }
+    auto parsed = host::parse_command_line(argc, argv);
+    if (const auto *ended = std::get_if<host::CommandLineEnd>(&parsed)) {
+        std::fputs(ended->text.c_str(), ended->status == 0 ? stdout : stderr);
+        return ended->status;
+    }
+    host::Application application(*callback, user_data);
+    return application.run(argc, argv, std::move(std::get<host::Options>(parsed)));
+}
