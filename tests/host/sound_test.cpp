@@ -128,10 +128,7 @@ std::unique_ptr<host::sound::Backend> create_staged_backend(host::sound::Events 
 class BuiltinSound : public testing::Test {
 protected:
     void SetUp() override { host::sound::use_backend(host::sound::create_builtin_backend); }
-    void TearDown() override {
-        sound_manager_unset_volume_changed_cb();
-        host::on_stream_gain_changed({});
-    }
+    void TearDown() override { host::on_stream_gain_changed({}); }
 
     static int media_volume() {
         int volume = -1;
@@ -166,6 +163,16 @@ struct Stream {
                                            SOUND_BEHAVIOR_NO_RESUME, nullptr);
     }
     sound_stream_info_h handle = nullptr;
+};
+
+/// Set for as long as it lives, which is shorter than what it reports to.
+struct VolumeCallback {
+    VolumeCallback(sound_manager_volume_changed_cb callback, void *data) {
+        EXPECT_EQ(sound_manager_set_volume_changed_cb(callback, data), 0);
+    }
+    ~VolumeCallback() { sound_manager_unset_volume_changed_cb(); }
+    VolumeCallback(const VolumeCallback &) = delete;
+    VolumeCallback &operator=(const VolumeCallback &) = delete;
 };
 
 using Levels = Reports<std::pair<sound_type_e, unsigned>>;
@@ -261,7 +268,7 @@ TEST_F(BuiltinSound, GainListenerIsToldOfTheMediaLevelOnly) {
 
 TEST_F(BuiltinSound, EveryChangeOfALevelIsReportedOnceAndInOrder) {
     Levels levels;
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(report_level, &levels), 0);
+    const VolumeCallback set(report_level, &levels);
     for (const int level : {3, 3, 4, 5, 5, 3}) {
         ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, level), 0);
     }
@@ -278,9 +285,9 @@ TEST_F(BuiltinSound, EveryChangeOfALevelIsReportedOnceAndInOrder) {
 TEST_F(BuiltinSound, ChangeBeforeTheCallbackWasSetIsNotReportedToIt) {
     Levels before;
     Levels after;
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(report_level, &before), 0);
+    const VolumeCallback first(report_level, &before);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 4), 0);
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(report_level, &after), 0);
+    const VolumeCallback second(report_level, &after);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 5), 0);
     ASSERT_TRUE(after.wait_for(1));
     EXPECT_EQ(after.entries().front().second, 5u);
@@ -296,7 +303,7 @@ TEST_F(BuiltinSound, ReportsComeOnAThreadOfThePlatformWhereGettersShowTheLevel) 
         report->levels.add(media_volume());
         report->threads.add(std::this_thread::get_id());
     };
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(callback, &seen), 0);
+    const VolumeCallback set(callback, &seen);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     ASSERT_TRUE(seen.threads.wait_for(1));
     EXPECT_EQ(seen.levels.entries(), std::vector<int>{6});
@@ -315,7 +322,7 @@ TEST_F(BuiltinSound, UnsetWaitsForTheRunningCallback) {
         EXPECT_TRUE(state->leave.pass());
         state->left = true;
     };
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(callback, &shared), 0);
+    const VolumeCallback set(callback, &shared);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     ASSERT_TRUE(shared.entered.pass());
     auto left_at_return = std::async(std::launch::async, [&shared] {
@@ -338,7 +345,7 @@ TEST_F(BuiltinSound, LevelsCanBeSetWhileACallbackRuns) {
             EXPECT_TRUE(state->leave.pass());
         }
     };
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(callback, &shared), 0);
+    const VolumeCallback set(callback, &shared);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     ASSERT_TRUE(shared.entered.pass());
     EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 7), 0);
@@ -352,12 +359,12 @@ TEST_F(BuiltinSound, CallbackCanUnsetItself) {
         sound_manager_unset_volume_changed_cb();
         static_cast<Reports<int> *>(data)->add(1);
     };
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(callback, &calls), 0);
+    const VolumeCallback set(callback, &calls);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     ASSERT_TRUE(calls.wait_for(1));
     Levels after;
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 7), 0);
-    ASSERT_EQ(sound_manager_set_volume_changed_cb(report_level, &after), 0);
+    const VolumeCallback second(report_level, &after);
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 8), 0);
     // Whatever the level 7 may have caused has run when the level 8 is reported.
     ASSERT_TRUE(after.wait_for(1));
