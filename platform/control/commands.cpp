@@ -11,6 +11,7 @@
 
 #include "app/lifecycle.h"
 #include "control/screen_state.h"
+#include "messaging/app_control_host.h"
 #include "player/player_host.h"
 #include "shell/shell.h"
 
@@ -30,19 +31,10 @@ Pointer::Place parse_place(const Words &words, std::size_t first) {
             parse_number(words[first + 1], "y", -kMostPixels, kMostPixels)};
 }
 
-/// As the command line has it: what begins with a scheme is a URI, all else a path.
-bool is_uri(std::string_view target) {
-    const auto colon = target.find("://");
-    return colon != std::string_view::npos && colon > 0 &&
-           target.find_first_not_of(
-               "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-               "0123456789+-.") == colon;
-}
-
 struct AppControlDestroy {
     void operator()(app_control_h request) const { app_control_destroy(request); }
 };
-using AppControlPtr = std::unique_ptr<std::remove_pointer_t<app_control_h>, AppControlDestroy>;
+using OwnedRequest = std::unique_ptr<app_control_s, AppControlDestroy>;
 
 struct Free {
     void operator()(char *text) const { std::free(text); }
@@ -57,7 +49,7 @@ void check(int result, const char *what) {
 void launch(Commands & /*commands*/, const Words &words, const Responder &responder) {
     app_control_h handle = nullptr;
     check(app_control_create(&handle), "making the request");
-    const AppControlPtr request(handle);
+    const OwnedRequest request(handle);
     char *id = nullptr;
     check(app_get_id(&id), "finding the program's id");
     const std::unique_ptr<char, Free> own_id(id);
@@ -66,7 +58,7 @@ void launch(Commands & /*commands*/, const Words &words, const Responder &respon
               handle, words.size() > 2 ? words[2].c_str() : APP_CONTROL_OPERATION_VIEW),
           "setting the operation");
     if (is_uri(words[1])) {
-        check(app_control_set_uri(handle, words[1].c_str()), "setting the URI");
+        check(app_control_set_uri(handle, decode_local_uri(words[1]).c_str()), "setting the URI");
     } else {
         check(app_control_add_extra_data(handle, APP_CONTROL_DATA_PATH, words[1].c_str()),
               "setting the path");
