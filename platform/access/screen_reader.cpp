@@ -1,0 +1,100 @@
+#include "access/screen_reader.h"
+
+#include <dlog.h>
+#include <gio/gio.h>
+#include <uxt.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+
+#include "common/gobject.h"
+#include "common/service_thread.h"
+#include "messaging/session_bus.h"
+
+namespace host {
+namespace {
+
+constexpr char kBusName[] = "org.a11y.Bus";
+constexpr char kBusPath[] = "/org/a11y/bus";
+constexpr char kStatusInterface[] = "org.a11y.Status";
+constexpr char kScreenReaderEnabled[] = "ScreenReaderEnabled";
+
+/// The snapshot that every query is answered from.
+std::atomic<bool> enabled{false};
+
+/// Follows the desktop's status object for the life of the process. Lives on the service thread.
+class StatusWatch {
+public:
+    static void start(GDBusConnection *bus) {
+        // The object is only listened to: a desktop without assistive technologies isn't made to
+        // start them. It is followed when it appears later.
+        constexpr auto flags =
+            static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START |
+                                         G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START_AT_CONSTRUCTION);
+        g_dbus_proxy_new(bus, flags, nullptr, kBusName, kBusPath, kStatusInterface, nullptr,
+                         &StatusWatch::created, nullptr);
+    }
+
+private:
+    static void created(GObject *, GAsyncResult *result, gpointer) {
+        GErrorPtr error;
+        proxy().reset(g_dbus_proxy_new_finish(result, out(error)));
+        if (!proxy()) {
+            __dlog_print(LOG_ID_MAIN, DLOG_WARN, "HOST", "No word on screen readers: %s",
+                         error->message);
+            return;
+        }
+        g_signal_connect(proxy().get(), "g-properties-changed",
+                         G_CALLBACK(&StatusWatch::properties_changed), nullptr);
+        g_signal_connect(proxy().get(), "notify::g-name-owner",
+                         G_CALLBACK(&StatusWatch::owner_changed), nullptr);
+        read();
+    }
+
+    static void properties_changed(GDBusProxy *, GVariant *, GStrv, gpointer) { read(); }
+    static void owner_changed(GDBusProxy *, GParamSpec *, gpointer) { read(); }
+
+    /// Without an owner the proxy holds no property, and no screen reader is on.
+    static void read() {
+        const GVariantPtr value(
+            g_dbus_proxy_get_cached_property(proxy().get(), kScreenReaderEnabled));
+        enabled = value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) != FALSE &&
+                  g_variant_get_boolean(value.get()) != FALSE;
+    }
+
+    static GObjectPtr<GDBusProxy> &proxy() {
+        static GObjectPtr<GDBusProxy> instance;
+        return instance;
+    }
+};
+
+void watch_status() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        with_session_bus([](GDBusConnection *bus) {
+            if (bus != nullptr) {
+                StatusWatch::start(bus);
+            }
+        });
+    });
+}
+
+}  // namespace
+
+void start_accessibility() {
+    // Without it the toolkit keeps its widgets to itself. Whoever has set it knows better.
+    setenv("ELM_ATSPI_MODE", "1", 0);
+    watch_status();
+}
+
+bool screen_reader_enabled() {
+    watch_status();
+    return enabled;
+}
+
+}  // namespace host
+
+int uxt_access_is_accessibility_enabled(void) {
+    return host::screen_reader_enabled() ? 1 : 0;
+}
