@@ -6,26 +6,21 @@
 
 namespace host {
 
-Detents::Detents(std::function<void(bool, unsigned int)> deliver) : deliver_(std::move(deliver))
-{
-}
+Detents::Detents(std::function<void(bool, unsigned int)> deliver) : deliver_(std::move(deliver)) {}
 
-Detents::~Detents()
-{
+Detents::~Detents() {
     if (timer_ != nullptr) {
         ecore_timer_del(timer_);
     }
 }
 
-void Detents::turn(int count, int interval_ms)
-{
+void Detents::turn(int count, int interval_ms) {
     const Detent detent{count > 0, std::max(interval_ms, kLeastInterval)};
     waiting_.insert(waiting_.end(), static_cast<std::size_t>(std::abs(count)), detent);
     deliver_due();
 }
 
-void Detents::turn_by_hand(int count)
-{
+void Detents::turn_by_hand(int count) {
     const bool clockwise = count > 0;
     if (!waiting_.empty() && waiting_.back().clockwise != clockwise) {
         waiting_.clear();
@@ -36,8 +31,7 @@ void Detents::turn_by_hand(int count)
     turn(clockwise ? taken : -taken, kLeastInterval);
 }
 
-void Detents::deliver_due()
-{
+void Detents::deliver_due() {
     if (delivering_) {
         return;
     }
@@ -52,7 +46,7 @@ void Detents::deliver_due()
         const bool clockwise = waiting_.front().clockwise;
         waiting_.pop_front();
         auto stamp = static_cast<unsigned int>(static_cast<long long>(now * 1000.0));
-        if (last_ >= 0.0 && stamp - last_stamp_ < kLeastInterval) {
+        if (last_ >= 0.0 && stamp < last_stamp_ + kLeastInterval) {
             stamp = last_stamp_ + kLeastInterval;  // rounding has cut a millisecond
         }
         last_ = now;
@@ -62,8 +56,7 @@ void Detents::deliver_due()
     delivering_ = false;
 }
 
-Eina_Bool Detents::timer_expired(void *data)
-{
+Eina_Bool Detents::timer_expired(void *data) {
     auto *self = static_cast<Detents *>(data);
     self->timer_ = nullptr;
     self->deliver_due();

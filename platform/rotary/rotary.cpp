@@ -37,8 +37,7 @@ private:
     Evas_Object *active_ = nullptr;
 };
 
-void RotaryObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj, void * /*info*/)
-{
+void RotaryObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj, void * /*info*/) {
     auto *self = static_cast<RotaryObjects *>(data);
     const auto found = self->objects_.find(obj);
     if (found != self->objects_.end()) {
@@ -53,15 +52,13 @@ void RotaryObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj
     }
 }
 
-void RotaryObjects::watch(Evas_Object *obj)
-{
+void RotaryObjects::watch(Evas_Object *obj) {
     if (objects_.try_emplace(obj).second) {
         evas_object_event_callback_add(obj, EVAS_CALLBACK_DEL, object_deleted, this);
     }
 }
 
-void RotaryObjects::forget_if_unused(Evas_Object *obj)
-{
+void RotaryObjects::forget_if_unused(Evas_Object *obj) {
     const auto found = objects_.find(obj);
     if (found != objects_.end() && found->second.empty() && active_ != obj) {
         evas_object_event_callback_del_full(obj, EVAS_CALLBACK_DEL, object_deleted, this);
@@ -70,19 +67,16 @@ void RotaryObjects::forget_if_unused(Evas_Object *obj)
 }
 
 void RotaryObjects::add(Evas_Object *obj, Evas_Callback_Priority priority,
-                        Eext_Rotary_Event_Cb func, const void *data)
-{
+                        Eext_Rotary_Event_Cb func, const void *data) {
     watch(obj);
     Listeners &listeners = objects_[obj];
-    const auto after = std::find_if(listeners.begin(), listeners.end(), [priority](const auto &l) {
-        return l->priority > priority;
-    });
+    const auto after = std::find_if(listeners.begin(), listeners.end(),
+                                    [priority](const auto &l) { return l->priority > priority; });
     listeners.insert(after, std::make_shared<Listener>(
                                 Listener{priority, func, const_cast<void *>(data), false}));
 }
 
-void *RotaryObjects::remove(Evas_Object *obj, Eext_Rotary_Event_Cb func)
-{
+void *RotaryObjects::remove(Evas_Object *obj, Eext_Rotary_Event_Cb func) {
     const auto found = objects_.find(obj);
     if (found == objects_.end()) {
         return nullptr;
@@ -100,8 +94,7 @@ void *RotaryObjects::remove(Evas_Object *obj, Eext_Rotary_Event_Cb func)
     return data;
 }
 
-void RotaryObjects::activate(Evas_Object *obj)
-{
+void RotaryObjects::activate(Evas_Object *obj) {
     watch(obj);
     Evas_Object *former = active_;
     active_ = obj;
@@ -110,16 +103,14 @@ void RotaryObjects::activate(Evas_Object *obj)
     }
 }
 
-void RotaryObjects::deactivate(Evas_Object *obj)
-{
+void RotaryObjects::deactivate(Evas_Object *obj) {
     if (active_ == obj) {
         active_ = nullptr;
         forget_if_unused(obj);
     }
 }
 
-bool RotaryObjects::send(Eext_Rotary_Event_Info info)
-{
+bool RotaryObjects::send(Eext_Rotary_Event_Info info) {
     Evas_Object *obj = active_;
     const auto found = objects_.find(obj);
     if (obj == nullptr || found == objects_.end()) {
@@ -158,14 +149,12 @@ private:
     std::list<std::shared_ptr<Listener>> listeners_;
 };
 
-bool KeyObjects::knows(const Evas_Object *obj) const
-{
+bool KeyObjects::knows(const Evas_Object *obj) const {
     return std::any_of(listeners_.begin(), listeners_.end(),
                        [obj](const auto &l) { return l->obj == obj; });
 }
 
-void KeyObjects::drop(Evas_Object *obj)
-{
+void KeyObjects::drop(Evas_Object *obj) {
     listeners_.remove_if([obj](const auto &listener) {
         if (listener->obj != obj) {
             return false;
@@ -175,25 +164,21 @@ void KeyObjects::drop(Evas_Object *obj)
     });
 }
 
-void KeyObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj, void * /*info*/)
-{
+void KeyObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj, void * /*info*/) {
     static_cast<KeyObjects *>(data)->drop(obj);
 }
 
-void KeyObjects::add(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func, void *data)
-{
+void KeyObjects::add(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func, void *data) {
     if (!knows(obj)) {
         evas_object_event_callback_add(obj, EVAS_CALLBACK_DEL, object_deleted, this);
     }
     listeners_.push_back(std::make_shared<Listener>(Listener{obj, type, func, data, false}));
 }
 
-void *KeyObjects::remove(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func)
-{
-    const auto listener =
-        std::find_if(listeners_.begin(), listeners_.end(), [=](const auto &l) {
-            return l->obj == obj && l->type == type && l->func == func;
-        });
+void *KeyObjects::remove(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func) {
+    const auto listener = std::find_if(listeners_.begin(), listeners_.end(), [=](const auto &l) {
+        return l->obj == obj && l->type == type && l->func == func;
+    });
     if (listener == listeners_.end()) {
         return nullptr;
     }
@@ -206,8 +191,7 @@ void *KeyObjects::remove(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_C
     return data;
 }
 
-bool KeyObjects::send(Eext_Callback_Type type)
-{
+bool KeyObjects::send(Eext_Callback_Type type) {
     const auto newest = std::find_if(listeners_.rbegin(), listeners_.rend(), [type](const auto &l) {
         return l->type == type && evas_object_visible_get(l->obj) != EINA_FALSE;
     });
@@ -227,27 +211,23 @@ bool KeyObjects::send(Eext_Callback_Type type)
     return true;
 }
 
-RotaryObjects &rotary_objects()
-{
+RotaryObjects &rotary_objects() {
     static RotaryObjects objects;
     return objects;
 }
 
-KeyObjects &key_objects()
-{
+KeyObjects &key_objects() {
     static KeyObjects objects;
     return objects;
 }
 
 }  // namespace
 
-bool send_detent(Eext_Rotary_Event_Direction direction, unsigned int time_stamp_ms)
-{
+bool send_detent(Eext_Rotary_Event_Direction direction, unsigned int time_stamp_ms) {
     return rotary_objects().send({direction, time_stamp_ms});
 }
 
-bool send_key(Eext_Callback_Type type)
-{
+bool send_key(Eext_Callback_Type type) {
     return key_objects().send(type);
 }
 
@@ -256,8 +236,7 @@ bool send_key(Eext_Callback_Type type)
 Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object *obj,
                                                          Evas_Callback_Priority priority,
                                                          Eext_Rotary_Event_Cb func,
-                                                         const void *data)
-{
+                                                         const void *data) {
     if (obj == nullptr || func == nullptr) {
         return EINA_FALSE;
     }
@@ -266,19 +245,16 @@ Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object *obj,
 }
 
 Eina_Bool eext_rotary_object_event_callback_add(Evas_Object *obj, Eext_Rotary_Event_Cb func,
-                                                const void *data)
-{
+                                                const void *data) {
     return eext_rotary_object_event_callback_priority_add(obj, EVAS_CALLBACK_PRIORITY_DEFAULT, func,
                                                           data);
 }
 
-void *eext_rotary_object_event_callback_del(Evas_Object *obj, Eext_Rotary_Event_Cb func)
-{
+void *eext_rotary_object_event_callback_del(Evas_Object *obj, Eext_Rotary_Event_Cb func) {
     return obj == nullptr ? nullptr : host::rotary_objects().remove(obj, func);
 }
 
-Eina_Bool eext_rotary_object_event_activated_set(Evas_Object *obj, Eina_Bool activated)
-{
+Eina_Bool eext_rotary_object_event_activated_set(Evas_Object *obj, Eina_Bool activated) {
     if (obj == nullptr) {
         return EINA_FALSE;
     }
@@ -291,14 +267,13 @@ Eina_Bool eext_rotary_object_event_activated_set(Evas_Object *obj, Eina_Bool act
 }
 
 void eext_object_event_callback_add(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func,
-                                    void *data)
-{
+                                    void *data) {
     if (obj != nullptr && func != nullptr) {
         host::key_objects().add(obj, type, func, data);
     }
 }
 
-void *eext_object_event_callback_del(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func)
-{
+void *eext_object_event_callback_del(Evas_Object *obj, Eext_Callback_Type type,
+                                     Eext_Event_Cb func) {
     return obj == nullptr ? nullptr : host::key_objects().remove(obj, type, func);
 }
