@@ -7,12 +7,16 @@ namespace support {
 ///
 ///     using Handle = support::PrivateMember<struct HandleTag, Inside *Outer::*>;
 ///     template struct support::OpenMember<Handle, &Outer::m_pHandle>;
-///     ... outer.*support::member(Handle{}) = nullptr;
+///     ... outer.*member(Handle{}) = nullptr;
+// One function for each tag is the point of the friend declaration.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-template-friend"
 template <typename Tag, typename Pointer>
 struct PrivateMember {
     using Type = Pointer;
     friend Type member(PrivateMember);
 };
+#pragma GCC diagnostic pop
 
 template <typename Member, typename Member::Type pointer>
 struct OpenMember {
