@@ -1,0 +1,89 @@
+#pragma once
+
+#include <gst/gst.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "player/display_geometry.h"
+#include "player/gst_ptr.h"
+#include "player/sound_stream.h"
+#include "player/video_output.h"
+
+namespace host {
+
+/// One running playbin with the player's own outputs. It reports what happens as GStreamer's
+/// messages and leaves all decisions to its owner.
+///
+/// Thread: one at a time changes states and seeks; queries and counts are for any thread.
+class Pipeline {
+public:
+    using Clock = std::chrono::steady_clock;
+    using MessageHandler = std::function<void(GstMiniPtr<GstMessage>)>;
+
+    struct Setup {
+        std::string uri;
+        bool remote = false;
+        const char *sound_output = nullptr;
+        StreamVolume volume;
+        std::shared_ptr<VideoOutput> video;
+        MessageHandler on_message;  ///< any thread; not after shut_down() has returned
+    };
+
+    explicit Pipeline(Setup setup);
+    ~Pipeline();
+    Pipeline(const Pipeline &) = delete;
+    Pipeline &operator=(const Pipeline &) = delete;
+
+    /// False when GStreamer lacks a part that every playback needs.
+    [[nodiscard]] bool complete() const { return playbin_ != nullptr; }
+
+    GstStateChangeReturn set_state(GstState state);
+    /// Stops all threads of the pipeline; it only answers questions after that.
+    void shut_down();
+    /// Starts a flushing seek; its end is an ASYNC_DONE message.
+    [[nodiscard]] bool seek(int target_ms, bool accurate, double rate);
+    void set_volume(const StreamVolume &volume);
+    void recalculate_latency();
+
+    [[nodiscard]] std::optional<int> position_ms() const;
+    [[nodiscard]] std::optional<int> duration_ms() const;
+    [[nodiscard]] bool seekable() const;
+    /// Size of the decoded picture with square pixels; none without video.
+    [[nodiscard]] std::optional<PixelSize> video_size() const;
+    /// Whether the message comes from the sound output.
+    [[nodiscard]] bool from_sound(GstMessage *message) const;
+    /// When the source gave data last; none before the first.
+    [[nodiscard]] std::optional<Clock::time_point> last_data() const;
+
+    [[nodiscard]] std::uint64_t frames_decoded() const;
+    [[nodiscard]] std::uint64_t frames_late() const;
+
+private:
+    void build();
+    void connect_video_sink();
+    void connect_signals();
+    [[nodiscard]] std::optional<int> query_ms(gboolean (*query)(GstElement *, GstFormat,
+                                                                gint64 *)) const;
+
+    static GstBusSyncReply handle_message(GstBus *bus, GstMessage *message, gpointer pipeline);
+    static void handle_source(GstElement *playbin, GstElement *source, gpointer pipeline);
+    static void handle_element(GstBin *bin, GstBin *parent, GstElement *element, gpointer pipeline);
+    static GstPadProbeReturn watch_source(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
+    static GstPadProbeReturn watch_video(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
+
+    Setup setup_;
+    GstObjectPtr<GstElement> playbin_;
+    GstObjectPtr<GstElement> video_sink_;
+    std::unique_ptr<SoundStream> sound_;
+    std::atomic<std::uint64_t> frames_decoded_ = 0;
+    std::atomic<Clock::rep> last_data_ = 0;  ///< ticks of the clock; 0 before the first
+};
+
+}  // namespace host

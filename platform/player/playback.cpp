@@ -1,0 +1,399 @@
+#include "player/playback.h"
+
+#include <gst/pbutils/pbutils.h>
+
+#include <algorithm>
+#include <atomic>
+#include <string_view>
+#include <utility>
+
+#include "sound/output.h"
+
+namespace host {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kConnectLimit = 10s;
+constexpr auto kStallLimit = 20s;
+constexpr auto kWatchInterval = 500ms;
+/// A file that ends more than this before its duration may have been cut short.
+constexpr int kEarlyEndMs = 1000;
+/// The last moment that still has a picture.
+constexpr int kBeforeEndMs = 1;
+
+constexpr char kSilentOutput[] = "fakesink";
+
+std::optional<player_missed_plugin_type_e> missed_type(GstMessage *message) {
+    const GstStructure *structure = gst_message_get_structure(message);
+    const GstCaps *caps = nullptr;
+    const GValue *detail = gst_structure_get_value(structure, "detail");
+    if (detail == nullptr || !GST_VALUE_HOLDS_CAPS(detail)) {
+        return std::nullopt;
+    }
+    caps = gst_value_get_caps(detail);
+    if (caps == nullptr || gst_caps_is_empty(caps) || gst_caps_is_any(caps)) {
+        return std::nullopt;
+    }
+    const std::string_view name = gst_structure_get_name(gst_caps_get_structure(caps, 0));
+    if (name.starts_with("audio/")) {
+        return PLAYER_MISSED_PLUGIN_AUDIO;
+    }
+    if (name.starts_with("video/") || name.starts_with("image/")) {
+        return PLAYER_MISSED_PLUGIN_VIDEO;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+Playback::Playback(MediaSource source, StreamVolume volume, std::shared_ptr<VideoOutput> video,
+                   TaskThread &thread, Forward forward, PlaybackListener &listener)
+    : source_(std::move(source)),
+      volume_(volume),
+      video_(std::move(video)),
+      thread_(thread),
+      forward_(std::move(forward)),
+      listener_(listener) {}
+
+Playback::~Playback() {
+    thread_.clear_alarm();
+    video_->close();
+    // The last reference may be one that a getter holds for a moment on the main loop, which must
+    // not be the one to stop the streaming threads.
+    if (pipeline_) {
+        pipeline_->shut_down();
+        listener_.on_pipeline(nullptr);
+    }
+}
+
+void Playback::prepare() {
+    if (const auto fault = source_.examine()) {
+        fail(*fault);
+        return;
+    }
+    begin_wait(Wait::preparing);
+    open(sound_sink_element());
+}
+
+void Playback::open(const char *sound_output) {
+    static std::atomic<unsigned> pipelines = 0;
+    pipeline_number_ = ++pipelines;
+    const auto on_message = [forward = forward_,
+                             number = pipeline_number_](GstMiniPtr<GstMessage> message) {
+        forward(number, std::move(message));
+    };
+    pipeline_ = std::make_shared<Pipeline>(Pipeline::Setup{
+        .uri = source_.uri(),
+        .remote = source_.remote(),
+        .sound_output = sound_output,
+        .volume = volume_,
+        .video = video_,
+        .on_message = on_message,
+    });
+    if (!pipeline_->complete()) {
+        pipeline_.reset();
+        fail({PLAYER_ERROR_INVALID_OPERATION, "a part of GStreamer is missing"});
+        return;
+    }
+    listener_.on_pipeline(pipeline_);
+    video_->open();
+    asked_ = GST_STATE_PAUSED;
+    switch (pipeline_->set_state(GST_STATE_PAUSED)) {
+    case GST_STATE_CHANGE_NO_PREROLL:
+        live_ = true;
+        break;
+    case GST_STATE_CHANGE_FAILURE: {
+        // Its message, which says why, is on its way and comes before this.
+        GstMessage *last =
+            gst_message_new_application(nullptr, gst_structure_new_empty("state-change-failed"));
+        on_message(GstMiniPtr<GstMessage>(last));
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void Playback::handle(unsigned pipeline, GstMessage *message) {
+    if (!failed_ && pipeline == pipeline_number_) {
+        dispatch(message);
+    }
+}
+
+void Playback::dispatch(GstMessage *message) {
+    switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_ERROR:
+        handle_error(message);
+        break;
+    case GST_MESSAGE_APPLICATION:
+        fail({PLAYER_ERROR_INVALID_OPERATION, "the playback can't be started"});
+        break;
+    case GST_MESSAGE_ASYNC_DONE:
+        handle_async_done();
+        break;
+    case GST_MESSAGE_EOS:
+        handle_end();
+        break;
+    case GST_MESSAGE_BUFFERING:
+        handle_buffering(message);
+        break;
+    case GST_MESSAGE_TAG:
+        handle_tags(message);
+        break;
+    case GST_MESSAGE_ELEMENT:
+        handle_element(message);
+        break;
+    case GST_MESSAGE_PROGRESS:
+        handle_progress(message);
+        break;
+    case GST_MESSAGE_CLOCK_LOST:
+        handle_clock_lost();
+        break;
+    case GST_MESSAGE_LATENCY:
+        pipeline_->recalculate_latency();
+        break;
+    case GST_MESSAGE_DURATION_CHANGED:
+        if (prepared_) {
+            duration_ms_ = pipeline_->duration_ms().value_or(duration_ms_);
+            listener_.on_duration(duration_ms_);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void Playback::set_playing(bool playing) {
+    playing_ = playing;
+    apply_state();
+}
+
+void Playback::apply_state() {
+    if (failed_ || !prepared_ || waiting_ == Wait::restarting) {
+        return;
+    }
+    // A live stream can't be held back until the buffers are full.
+    const bool run = playing_ && (live_ || !starving());
+    const GstState wanted = run ? GST_STATE_PLAYING : GST_STATE_PAUSED;
+    if (wanted == asked_) {
+        return;
+    }
+    asked_ = wanted;
+    const GstStateChangeReturn result = pipeline_->set_state(wanted);
+    if (result == GST_STATE_CHANGE_ASYNC && wanted == GST_STATE_PAUSED && !waiting_) {
+        begin_wait(Wait::pausing);
+    }
+}
+
+void Playback::seek(const SeekRequest &request, double rate) {
+    rate_ = rate;
+    int target = request.target_ms;
+    if (request.accurate && duration_ms_ > 0) {
+        target = std::min(target, std::max(0, duration_ms_ - kBeforeEndMs));
+    }
+    begin_wait(Wait::seeking);
+    if (!pipeline_->seek(target, request.accurate, rate)) {
+        end_wait();
+        listener_.on_seek_done();
+        listener_.on_settled();
+    }
+}
+
+void Playback::set_volume(const StreamVolume &volume) {
+    volume_ = volume;
+    if (pipeline_) {
+        pipeline_->set_volume(volume);
+    }
+}
+
+void Playback::handle_error(GstMessage *message) {
+    if (pipeline_->from_sound(message) && !sound_lost_) {
+        restart_without_sound();
+        return;
+    }
+    if (prepared_) {
+        if (const auto fault = source_.examine_again()) {
+            fail(*fault);
+            return;
+        }
+    }
+    fail(fault_of_message(message, source_.remote()));
+}
+
+void Playback::handle_async_done() {
+    if (!waiting_) {
+        return;
+    }
+    const Wait done = *waiting_;
+    end_wait();
+    switch (done) {
+    case Wait::preparing:
+        finish_preparing();
+        break;
+    case Wait::seeking:
+        listener_.on_seek_done();
+        break;
+    case Wait::restarting:
+        seek({.target_ms = restart_position_ms_, .accurate = true}, rate_);
+        apply_state();
+        return;
+    case Wait::pausing:
+        break;
+    }
+    if (!failed_) {
+        listener_.on_settled();
+    }
+}
+
+void Playback::finish_preparing() {
+    prepared_ = true;
+    duration_ms_ = pipeline_->duration_ms().value_or(0);
+    MediaFacts facts;
+    facts.duration_ms = duration_ms_;
+    facts.seekable = pipeline_->seekable();
+    facts.video_size = pipeline_->video_size().value_or(PixelSize{});
+    listener_.on_prepared(facts);
+    report_missed();
+}
+
+void Playback::handle_end() {
+    const int position = pipeline_->position_ms().value_or(duration_ms_);
+    if (duration_ms_ > 0 && position + kEarlyEndMs < duration_ms_) {
+        if (const auto fault = source_.examine_again()) {
+            fail(*fault);
+            return;
+        }
+    }
+    listener_.on_completed();
+}
+
+void Playback::handle_buffering(GstMessage *message) {
+    const bool was_starving = starving();
+    gst_message_parse_buffering(message, &buffered_percent_);
+    listener_.on_buffering(buffered_percent_);
+    if (was_starving != starving()) {
+        apply_state();
+        if (starving() && !waiting_) {
+            waiting_since_ = Pipeline::Clock::now();
+            arm_watch();
+        }
+    }
+}
+
+void Playback::handle_tags(GstMessage *message) {
+    GstTagList *list = nullptr;
+    gst_message_parse_tag(message, &list);
+    const GstMiniPtr<GstTagList> tags(list);
+    for (const bool video : {false, true}) {
+        gchar *name = nullptr;
+        if (gst_tag_list_get_string(tags.get(), video ? GST_TAG_VIDEO_CODEC : GST_TAG_AUDIO_CODEC,
+                                    &name)) {
+            const GCharPtr owned(name);
+            listener_.on_codec(video, name);
+        }
+    }
+}
+
+void Playback::handle_element(GstMessage *message) {
+    if (!gst_is_missing_plugin_message(message)) {
+        return;
+    }
+    const auto type = missed_type(message);
+    if (!type) {
+        return;
+    }
+    const GCharPtr detail(gst_missing_plugin_message_get_description(message));
+    missed_.push_back({*type, detail ? detail.get() : ""});
+    // Before that it may yet turn out that nothing of the medium can be played.
+    if (prepared_) {
+        report_missed();
+    }
+}
+
+void Playback::report_missed() {
+    for (const Missed &missed : std::exchange(missed_, {})) {
+        listener_.on_missed_plugin(missed.type, missed.detail);
+    }
+}
+
+void Playback::handle_progress(GstMessage *message) {
+    GstProgressType type = GST_PROGRESS_TYPE_CONTINUE;
+    gchar *code = nullptr;
+    gst_message_parse_progress(message, &type, &code, nullptr);
+    const GCharPtr owned(code);
+    if (live_ && type == GST_PROGRESS_TYPE_COMPLETE && std::string_view(code) == "open" &&
+        waiting_ == Wait::preparing) {
+        end_wait();
+        finish_preparing();
+        listener_.on_settled();
+    }
+}
+
+void Playback::handle_clock_lost() {
+    if (asked_ == GST_STATE_PLAYING) {
+        pipeline_->set_state(GST_STATE_PAUSED);
+        pipeline_->set_state(GST_STATE_PLAYING);
+    }
+}
+
+void Playback::restart_without_sound() {
+    sound_lost_ = true;
+    // Where a seek is under way, what it was for is lost with the pipeline.
+    const bool was_seeking = waiting_ == Wait::seeking;
+    restart_position_ms_ = pipeline_->position_ms().value_or(0);
+    pipeline_->shut_down();
+    if (was_seeking) {
+        end_wait();
+        listener_.on_seek_done();
+    }
+    begin_wait(prepared_ ? Wait::restarting : Wait::preparing);
+    open(kSilentOutput);
+}
+
+void Playback::fail(const PlaybackFault &fault) {
+    failed_ = true;
+    end_wait();
+    if (pipeline_) {
+        pipeline_->shut_down();
+    }
+    listener_.on_fault(fault);
+}
+
+void Playback::begin_wait(Wait wait) {
+    waiting_ = wait;
+    waiting_since_ = Pipeline::Clock::now();
+    arm_watch();
+}
+
+void Playback::end_wait() {
+    waiting_.reset();
+    if (!starving()) {
+        thread_.clear_alarm();
+    }
+}
+
+void Playback::arm_watch() {
+    thread_.set_alarm(Pipeline::Clock::now() + kWatchInterval, [this] { watch(); });
+}
+
+void Playback::watch() {
+    if (failed_ || (!waiting_ && !starving())) {
+        return;
+    }
+    const auto data = pipeline_->last_data();
+    const auto silent_since = std::max(waiting_since_, data.value_or(waiting_since_));
+    const bool connecting = source_.remote() && !data;
+    const auto silence = Pipeline::Clock::now() - silent_since;
+    if (silence < (connecting ? std::chrono::seconds(kConnectLimit) : kStallLimit)) {
+        arm_watch();
+        return;
+    }
+    if (connecting) {
+        fail({PLAYER_ERROR_INVALID_OPERATION, "the server doesn't answer"});
+    } else {
+        fail({PLAYER_ERROR_INVALID_OPERATION, "no more data comes"});
+    }
+}
+
+}  // namespace host
