@@ -14,7 +14,7 @@ namespace {
 
 /// Each row of pieces over the corners is as high as this share of the screen: lower rows follow
 /// the round edge more closely, but each piece costs its own handling in every frame.
-constexpr int kCornerRows = 18;
+constexpr int kCornerRows = 12;
 
 constexpr std::uint32_t kAlphaMask = 0xff000000U;
 

@@ -13,6 +13,7 @@ constexpr float kGlass = 0.025F;
 constexpr float kRing = 0.135F;
 constexpr float kBody = 0.165F;
 constexpr float kMargin = 0.07F;
+constexpr int kTile = 8;  ///< pixels
 
 constexpr float kKeyAngle = std::numbers::pi_v<float> / 6.5F;
 constexpr float kKeyHalfLength = 0.075F;
@@ -34,7 +35,9 @@ Geometry Geometry::watch(int screen_w, int screen_h) {
     result.glass = side * kGlass;
     result.ring = side * kRing;
     result.body = side * kBody;
-    const int around = static_cast<int>(std::lround(side * (kBody + kMargin)));
+    // The toolkit redraws whole tiles: on their grid the screen is no more than itself.
+    const int around =
+        kTile * static_cast<int>(std::ceil(side * (kBody + kMargin) / static_cast<float>(kTile)));
     result.window_w = screen_w + 2 * around;
     result.window_h = screen_h + 2 * around;
     result.screen = {around, around, screen_w, screen_h};

@@ -48,7 +48,7 @@ Shell *shell() {
 
 Shell::Shell(std::unique_ptr<TopWindow> top)
     : top_(std::move(top)),
-      video_(top_->canvas()),
+      video_(top_->canvas(), [this] { top_->render(); }),
       stage_(evas_object_rectangle_add(top_->canvas())),
       input_(top_->canvas(), input_targets()),
       frame_(input_.surface()) {

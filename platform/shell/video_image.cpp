@@ -12,8 +12,10 @@ constexpr int kBytesPerPixel = 4;
 
 }  // namespace
 
-VideoImage::VideoImage(Evas *canvas)
-    : black_(evas_object_rectangle_add(canvas)), image_(evas_object_image_add(canvas)) {
+VideoImage::VideoImage(Evas *canvas, std::function<void()> draw)
+    : black_(evas_object_rectangle_add(canvas)),
+      image_(evas_object_image_add(canvas)),
+      draw_(std::move(draw)) {
     evas_object_color_set(black_.get(), 0, 0, 0, 255);
     evas_object_show(black_.get());
     evas_object_image_alpha_set(image_.get(), EINA_FALSE);
@@ -62,6 +64,7 @@ void VideoImage::show(std::unique_ptr<VideoFrame> frame, int x, int y) {
         y_ = y;
         lay_out();
     }
+    draw_();
 }
 
 void VideoImage::lay_out() {

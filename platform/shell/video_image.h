@@ -9,7 +9,9 @@ namespace host {
 /// The video plane as an image of the shell's canvas, black where no frame covers it.
 class VideoImage : public VideoPlane {
 public:
-    explicit VideoImage(Evas *canvas);
+    /// @param draw draws the canvas at once. A frame that waited for the toolkit's own next turn of
+    ///        drawing would wake two threads more, which costs more than the drawing itself.
+    VideoImage(Evas *canvas, std::function<void()> draw);
     ~VideoImage() override;
     VideoImage(const VideoImage &) = delete;
     VideoImage &operator=(const VideoImage &) = delete;
@@ -32,6 +34,7 @@ private:
     std::unique_ptr<VideoFrame> frame_;
     int x_ = 0;
     int y_ = 0;
+    std::function<void()> draw_;
     std::function<void()> resized_;
 };
 
