@@ -75,10 +75,10 @@ int MediaPlayer::set_uri(const char *uri) {
 
 int MediaPlayer::begin_preparing() {
     const std::lock_guard lock(mutex_);
-    if (shared_.state != PLAYER_STATE_IDLE || shared_.preparing) {
+    if (shared_.state != PLAYER_STATE_IDLE) {
         return PLAYER_ERROR_INVALID_STATE;
     }
-    if (!source_) {
+    if (!source_ || shared_.preparing) {
         return PLAYER_ERROR_INVALID_OPERATION;
     }
     shared_.preparing = true;
@@ -182,7 +182,7 @@ void MediaPlayer::on_prepared(const MediaFacts &facts) {
 int MediaPlayer::start() {
     {
         const std::lock_guard lock(mutex_);
-        if (!prepared(shared_.state)) {
+        if (shared_.state != PLAYER_STATE_READY && shared_.state != PLAYER_STATE_PAUSED) {
             return PLAYER_ERROR_INVALID_STATE;
         }
         if (shared_.failed) {

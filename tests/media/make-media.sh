@@ -1,0 +1,61 @@
+#!/bin/sh
+# Makes the media that the tests play: make-media.sh FOLDER MOVING-PICTURES
+#
+# Each picture carries its number as a bar code, described in tests/support/frame_number.h. Numbers
+# start at 0 in each clip; the clips run at 30 pictures a second where nothing else is said.
+set -eu
+
+folder=$1
+pictures=$2
+mkdir -p "$folder"
+cd "$folder"
+
+encode() { # encode WIDTH HEIGHT COUNT RATE OUTPUT-ARGUMENTS...
+    width=$1 height=$2 count=$3 rate=$4
+    shift 4
+    "$pictures" "$width" "$height" "$count" |
+        ffmpeg -nostdin -v error -y -f rawvideo -pix_fmt yuv420p -s "${width}x${height}" \
+            -r "$rate" -i pipe:0 "$@"
+}
+h264='-c:v libx264 -preset veryfast -pix_fmt yuv420p -sc_threshold 0'
+tone='-f lavfi -i sine=frequency=440:sample_rate=44100'
+aac='-c:a aac -b:a 64k'
+
+# What people play. Ten seconds, a keyframe each second.
+encode 640 360 300 30 $tone -t 10 $h264 -g 30 $aac -movflags +faststart h264_aac.mp4
+encode 320 180 120 30 $tone -t 4 -c:v libvpx-vp9 -deadline realtime -cpu-used 8 -g 30 \
+    -c:a libopus vp9_opus.webm
+encode 320 240 120 30 $tone -t 4 -c:v libtheora -q:v 6 -g 30 -c:a libvorbis theora_vorbis.ogg
+ffmpeg -nostdin -v error -y $tone -t 4 $aac audio_only.m4a
+encode 320 180 90 30 $h264 -g 30 video_only.mp4
+encode 320 180 1 30 $h264 one_frame.mp4
+encode 320 180 30 30 $tone -t 1 $h264 $aac one_second.mp4
+
+# A minute, a keyframe each five seconds, to the millisecond: the step of the bezel depends on it.
+encode 320 180 1800 30 $h264 -g 150 -keyint_min 150 -video_track_timescale 30000 minute.mp4
+encode 320 180 1800 1800000/59999 $h264 -g 150 -keyint_min 150 -video_track_timescale 1800000 \
+    short_minute.mp4
+
+# Shapes: odd numbers of pixels, upright, upright by a note in the file, and pixels not square.
+encode 321 181 60 30 -c:v libvpx-vp9 -deadline realtime -cpu-used 8 odd_size.webm
+encode 180 320 60 30 $h264 portrait.mp4
+encode 320 180 60 30 $h264 level.mp4
+cp level.mp4 turned.mp4
+matrix=$(($(LC_ALL=C grep -abo tkhd level.mp4 | cut -d: -f1) + 44))
+printf '\0\0\0\0\0\1\0\0\0\0\0\0\377\377\0\0\0\0\0\0\0\0\0\0\0\264\0\0\0\0\0\0\100\0\0\0' |
+    dd of=turned.mp4 bs=1 seek="$matrix" conv=notrunc status=none
+encode 160 180 60 30 -vf setsar=2/1 $h264 wide_pixels.mp4
+
+# Streams that nothing decodes: the codec's name is spoilt, its length kept.
+LC_ALL=C sed 's/avc1/zzz1/g' one_second.mp4 >unknown_video.mp4
+LC_ALL=C sed 's/mp4a/zz4a/g' one_second.mp4 >unknown_sound.mp4
+LC_ALL=C sed 's/avc1/zzz1/g; s/mp4a/zz4a/g' one_second.mp4 >unknown_both.mp4
+
+# Faults.
+: >empty.mp4
+printf 'This is a text.\nIt is no video.\n' >text.mp4
+head -c 65536 /dev/zero >zeros.mp4
+head -c 20000 video_only.mp4 >no_index.mp4
+head -c 200000 h264_aac.mp4 >cut_off.mp4
+
+cp one_second.mp4 'naïve %20 видео & 动画.mp4'
