@@ -13,7 +13,8 @@ set(tessel_resource_files "")
 # large screen scales it.
 set(artwork_dir ${CMAKE_BINARY_DIR}/artwork)
 file(MAKE_DIRECTORY ${artwork_dir})
-file(GLOB artwork CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/edje/images/*.svg)
+file(GLOB artwork CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/edje/images/*.svg
+     ${PROJECT_SOURCE_DIR}/platform/theme/images/*.svg)
 set(artwork_files "")
 foreach(svg ${artwork})
     get_filename_component(name ${svg} NAME_WE)
