@@ -18,7 +18,9 @@ public:
 
     const char *getClassName() override { return "WNaviframeController"; }
     bool create(Evas_Object *parent, void *viewParam) override;
-    /// Deletes all pushed views and the naviframe, without onPop() and onBecomeTop().
+    /// Deletes all pushed views and the naviframe, without onPop() and onBecomeTop(). Inside a pop,
+    /// that is in onPop(), onBecomeTop() or the last item's handler, the deletion follows in the
+    /// next turn of the main loop.
     void destroy() override;
 
     /// Creates `view` below the naviframe and puts it on top. Before create() the process ends.

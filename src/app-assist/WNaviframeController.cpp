@@ -6,12 +6,15 @@
 
 #include "app-assist/WContentViewController.h"
 #include "app-assist/WLog.h"
+#include "app-assist/WTimer.h"
 #include "framework_keys.h"
 
 namespace app_assist {
 
 struct _WNaviframeControllerImpl {
     std::function<void(bool *)> _lastItemPopHandler;
+    // Set while the toolkit asks whether its top item may go.
+    bool _popping = false;
 };
 
 WNaviframeController::WNaviframeController() : _pv(new _WNaviframeControllerImpl) {}
@@ -37,6 +40,11 @@ void WNaviframeController::destroy() {
     if (naviframe == nullptr) {
         onDestroy();
         delete this;
+        return;
+    }
+    if (_pv->_popping) {
+        // The toolkit doesn't survive the loss of its naviframe in the middle of a pop.
+        WTimer::addJob([this](void *) { destroy(); }, nullptr, naviframe);
         return;
     }
     Eina_List *items = elm_naviframe_items_get(naviframe);
@@ -127,12 +135,8 @@ bool WNaviframeController::onItemPop(WContentViewController *view, Elm_Object_It
     if (item == elm_naviframe_bottom_item_get(getEvasObject())) {
         return _popBottomItem(view);
     }
-    const WViewWeakPtr self = getWeakPtr();
     if (!view->onPop()) {
         return false;
-    }
-    if (self.expired()) {
-        return true;
     }
     Eina_List *items = elm_naviframe_items_get(getEvasObject());
     const unsigned int count = eina_list_count(items);
@@ -147,12 +151,8 @@ bool WNaviframeController::onItemPop(WContentViewController *view, Elm_Object_It
 }
 
 bool WNaviframeController::_popBottomItem(WContentViewController *view) {
-    const WViewWeakPtr self = getWeakPtr();
     if (!view->onPop()) {
         return false;
-    }
-    if (self.expired()) {
-        return true;
     }
     bool popOut = true;
     if (_pv->_lastItemPopHandler) {
@@ -185,7 +185,10 @@ Eina_Bool WNaviframeController::_itemPopCb(void *data, Elm_Object_Item *item) {
     auto *view = static_cast<WContentViewController *>(data);
     auto *naviframe = static_cast<WNaviframeController *>(
         evas_object_data_get(elm_object_item_widget_get(item), NAVIFRAME_INSTANCE_KEY));
-    return naviframe->onItemPop(view, item) ? EINA_TRUE : EINA_FALSE;
+    naviframe->_pv->_popping = true;
+    const bool pop = naviframe->onItemPop(view, item);
+    naviframe->_pv->_popping = false;
+    return pop ? EINA_TRUE : EINA_FALSE;
 }
 
 }  // namespace app_assist
