@@ -58,6 +58,8 @@ public:
 
     /// @return true, always
     bool _createPlayerMgr();
+    /// Makes this object the reader of all the player's reports; what fails is logged.
+    void _registerPlayerCallbacks();
     /// Opens the item and starts its asynchronous preparation.
     /// @param szUri  path or URI; null fails
     /// @return false when a step failed, which is logged
@@ -126,7 +128,6 @@ private:
 
     void _clearPreviousLaunch();
     void _deleteAppParser();
-    void _registerPlayerCallbacks();
     bool _preparePlayer();
     void _setVolumeButtonOfPlayerView(TslPlayerView *pPlayerView);
 
