@@ -1,9 +1,13 @@
 #pragma once
 
-#include <assert.h>
 #include <dlog.h>
 
 #include <cstring>
+
+// The C library's own, which <assert.h> declares only in builds that keep assert(): a fault ends
+// the process in every build.
+extern "C" void __assert_fail(const char *condition, const char *file, unsigned int line,
+                              const char *function) noexcept __attribute__((__noreturn__));
 
 /// The framework's log lines: "FILE: FUNCTION(LINE) > MESSAGE" under the tag "WAPP", the message in
 /// the colour of its level; and its assertion, for programming faults only.
@@ -23,12 +27,12 @@
     WAPP_LOG_PRINT(DLOG_ERROR, "\033[0;31m", "* Critical * " format, ##__VA_ARGS__)
 
 /// Logs `message` and ends the process when `condition` doesn't hold.
-#define WASSERT_MESSAGE(condition, message)                                              \
-    do {                                                                                 \
-        if (!(condition)) {                                                              \
-            WERROR("WASSERT! %s", message);                                              \
-            __assert_fail("(" #condition ")", __FILE__, __LINE__, __PRETTY_FUNCTION__);  \
-        }                                                                                \
+#define WASSERT_MESSAGE(condition, message)                                             \
+    do {                                                                                \
+        if (!(condition)) {                                                             \
+            WERROR("WASSERT! %s", message);                                             \
+            __assert_fail("(" #condition ")", __FILE__, __LINE__, __PRETTY_FUNCTION__); \
+        }                                                                               \
     } while (0)
 
 /// The same with the condition's own text as the message.
