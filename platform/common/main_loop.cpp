@@ -21,11 +21,7 @@ public:
             return;
         }
         calls_.push_back(std::move(call));
-        if (!woken_) {
-            woken_ = true;
-            ecore_main_loop_thread_safe_call_async(
-                [](void *queue) { static_cast<MainLoopQueue *>(queue)->run(); }, this);
-        }
+        wake_locked();
     }
 
     void close() {
@@ -56,16 +52,24 @@ private:
             }
             call();
         }
-        wake_for_rest();
+        // A nested loop may have taken later calls for this one's count, so look again.
+        const std::lock_guard lock(mutex_);
+        if (!calls_.empty()) {
+            wake_locked();
+        }
     }
 
-    // A nested loop may have taken later calls for this one's count, so look again.
-    void wake_for_rest() {
-        const std::lock_guard lock(mutex_);
-        if (!calls_.empty() && !woken_) {
-            woken_ = true;
-            ecore_main_loop_thread_safe_call_async(
-                [](void *queue) { static_cast<MainLoopQueue *>(queue)->run(); }, this);
+    // With the lock held, close() is sure that nobody wakes a toolkit that has been shut down.
+    void wake_locked() {
+        if (std::exchange(woken_, true)) {
+            return;
+        }
+        const Ecore_Cb run_queue = [](void *queue) { static_cast<MainLoopQueue *>(queue)->run(); };
+        // On the main thread the toolkit's call would run at once, and not on a later turn.
+        if (eina_main_loop_is() != EINA_FALSE) {
+            ecore_job_add(run_queue, this);
+        } else {
+            ecore_main_loop_thread_safe_call_async(run_queue, this);
         }
     }
 
