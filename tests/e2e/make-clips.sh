@@ -1,0 +1,18 @@
+#!/bin/sh
+# Makes the clips of the end-to-end tests: make-clips.sh FOLDER MOVING-PICTURES
+set -eu
+
+folder=$1
+pictures=$2
+mkdir -p "$folder"
+
+clip() { # clip NAME SECONDS
+    "$pictures" 640 360 $(($2 * 30)) |
+        ffmpeg -nostdin -v error -y -f rawvideo -pix_fmt yuv420p -s 640x360 -r 30 -i pipe:0 \
+            -f lavfi -i sine=frequency=440:sample_rate=44100 -t "$2" -c:v libx264 \
+            -preset ultrafast -pix_fmt yuv420p -g 30 -c:a aac -b:a 64k -movflags +faststart \
+            "$folder/$1"
+}
+
+clip e2e_short.mp4 4
+clip e2e_long.mp4 130
