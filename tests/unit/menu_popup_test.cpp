@@ -256,16 +256,13 @@ TEST_F(MenuTest, BackAndMoreKeysDismissIt) {
         m_journal.clear();
         Menu *menu = created();
         menu->appendItem("item", [] {});
-        bool shown = false;
-        elm_layout_signal_callback_add(
-            menu->getEvasObject(), "elm,action,show,finished", "*",
-            [](void *data, Evas_Object *, const char *, const char *) {
-                *static_cast<bool *>(data) = true;
-            },
-            &shown);
+        bool placed = false;
+        evas_object_smart_callback_add(
+            menu->getEvasObject(), "geometry,update",
+            [](void *data, Evas_Object *, void *) { *static_cast<bool *>(data) = true; }, &placed);
         menu->showMenu();
-        // The toolkit doesn't dismiss a menu that still comes in.
-        ASSERT_TRUE(support::run_main_loop_until([&] { return shown; }));
+        // The toolkit doesn't dismiss a menu that doesn't know yet to which side it opens.
+        ASSERT_TRUE(support::run_main_loop_until([&] { return placed; }));
         EXPECT_TRUE(back ? mock::fake_keys().press_back() : mock::fake_keys().press_more());
         EXPECT_TRUE(support::run_main_loop_until([&] { return !m_journal.empty(); }));
         EXPECT_EQ(m_journal, Journal{"menu.gone"});
