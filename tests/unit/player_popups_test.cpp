@@ -174,7 +174,8 @@ TEST_F(PlayerPopups, TheButtonShowsACheck) {
     Evas_Object *button = popup_button();
     ASSERT_NE(button, nullptr);
     EXPECT_STREQ(elm_object_style_get(button), "popup/circle");
-    EXPECT_STREQ(elm_object_text_get(button), "");
+    const char *text = elm_object_text_get(button);
+    EXPECT_TRUE(text == nullptr || *text == '\0') << text;
     Evas_Object *icon = elm_object_part_content_get(button, "elm.swallow.content");
     ASSERT_NE(icon, nullptr);
     const char *file = nullptr;

@@ -167,6 +167,18 @@ protected:
         EXPECT_TRUE(naviframe().push(view, "tsl_volume_view"));
         return view;
     }
+    /// The same, with its way onto the screen finished: the toolkit ignores a pop before that.
+    void show_volume_view_and_wait() {
+        bool finished = false;
+        Evas_Object *stack = naviframe().getEvasObject();
+        const auto note = [](void *data, Evas_Object *, void *) {
+            *static_cast<bool *>(data) = true;
+        };
+        evas_object_smart_callback_add(stack, "transition,finished", note, &finished);
+        show_volume_view();
+        EXPECT_TRUE(support::run_main_loop_until([&finished] { return finished; }));
+        evas_object_smart_callback_del_full(stack, "transition,finished", note, &finished);
+    }
     Evas_Object *player_layout() {
         return elm_object_part_content_get(player_view()->getEvasObject(),
                                            "tsl.player.view.base.layout.swallow.content");

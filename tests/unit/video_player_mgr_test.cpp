@@ -590,7 +590,7 @@ TEST_F(VideoPlayerMgr, ALaterLaunchPlaysTheNewItemUnderTheSameScreen) {
 
 TEST_F(VideoPlayerMgr, ALaterLaunchClosesTheVolumeScreenFirst) {
     start_playing();
-    show_volume_view();
+    show_volume_view_and_wait();
     forget();
     launch("/media/other.mp4", false);
     EXPECT_TRUE(LoggedIn("pop", DLOG_INFO, ""));
