@@ -70,6 +70,28 @@ GstStructure *scaler_options(const PictureLayout &layout) {
         nullptr);
 }
 
+/// The format of single pictures. The converter insists on equal rates, which say nothing here.
+GstVideoInfo still(GstVideoInfo info) {
+    info.interlace_mode = GST_VIDEO_INTERLACE_MODE_PROGRESSIVE;
+    info.fps_n = 0;
+    info.fps_d = 1;
+    return info;
+}
+
+/// Changes the size alone; what the numbers of the pixels mean stays.
+bool resize(GstVideoInfo &info, PixelSize size) {
+    const GstVideoInfo before = info;
+    if (!gst_video_info_set_format(&info, GST_VIDEO_INFO_FORMAT(&before),
+                                   static_cast<guint>(size.width),
+                                   static_cast<guint>(size.height))) {
+        return false;
+    }
+    info.colorimetry = before.colorimetry;
+    info.chroma_site = before.chroma_site;
+    info = still(info);
+    return true;
+}
+
 /// Where the pixel of the unturned picture at column, row comes to lie.
 struct TurnedIndex {
     PixelSize from;
@@ -178,20 +200,14 @@ bool FrameConverter::prepare(const GstVideoInfo &format, const PictureLayout &la
     scaled_.reset();
     to_bgrx_.reset();
 
-    GstVideoInfo scaled = format;
-    const PixelSize decoded{GST_VIDEO_INFO_WIDTH(&format), GST_VIDEO_INFO_HEIGHT(&format)};
-    if (layout.scaled != decoded || layout.source != decoded) {
-        if (!gst_video_info_set_format(&scaled, GST_VIDEO_INFO_FORMAT(&format),
-                                       static_cast<guint>(layout.scaled.width),
-                                       static_cast<guint>(layout.scaled.height))) {
+    const GstVideoInfo decoded = still(format);
+    GstVideoInfo scaled = decoded;
+    const PixelSize size{GST_VIDEO_INFO_WIDTH(&decoded), GST_VIDEO_INFO_HEIGHT(&decoded)};
+    if (layout.scaled != size || layout.source != size) {
+        if (!resize(scaled, layout.scaled)) {
             return false;
         }
-        scaled.colorimetry = format.colorimetry;
-        scaled.chroma_site = format.chroma_site;
-        scaled.interlace_mode = GST_VIDEO_INTERLACE_MODE_PROGRESSIVE;
-        GstVideoInfo progressive = format;
-        progressive.interlace_mode = GST_VIDEO_INTERLACE_MODE_PROGRESSIVE;
-        scaler_.reset(gst_video_converter_new(&progressive, &scaled, scaler_options(layout)));
+        scaler_.reset(gst_video_converter_new(&decoded, &scaled, scaler_options(layout)));
         scaled_ = std::make_unique<ScaledPicture>(scaled);
         if (!scaler_ || !scaled_->mapped()) {
             return false;
@@ -202,7 +218,7 @@ bool FrameConverter::prepare(const GstVideoInfo &format, const PictureLayout &la
                                    static_cast<guint>(layout.scaled.height))) {
         return false;
     }
-    scaled.interlace_mode = GST_VIDEO_INTERLACE_MODE_PROGRESSIVE;
+    bgrx_ = still(bgrx_);
     to_bgrx_.reset(gst_video_converter_new(
         &scaled, &bgrx_,
         gst_structure_new("options", GST_VIDEO_CONVERTER_OPT_DITHER_METHOD,

@@ -3,6 +3,7 @@
 #include <gst/app/gstappsink.h>
 #include <gst/video/video.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -103,11 +104,11 @@ void Pipeline::build() {
         kVideo | kAudio | kNativeAudio | kNativeVideo | (setup_.remote ? kBuffering : 0U);
     g_object_set(playbin_.get(), "uri", setup_.uri.c_str(), "flags", flags, "video-sink",
                  video_sink_.get(), "audio-sink", sound_->element(), nullptr);
-    connect_video_sink();
+    connect_sinks();
     connect_signals();
 }
 
-void Pipeline::connect_video_sink() {
+void Pipeline::connect_sinks() {
     auto *sink = GST_APP_SINK(video_sink_.get());
     const GstMiniPtr<GstCaps> caps(
         gst_caps_from_string(GST_VIDEO_CAPS_MAKE(GST_VIDEO_FORMATS_ALL)));
@@ -125,10 +126,12 @@ void Pipeline::connect_video_sink() {
     gst_app_sink_set_callbacks(sink, &callbacks, setup_.video.get(), nullptr);
     const GstObjectPtr<GstPad> pad(gst_element_get_static_pad(video_sink_.get(), "sink"));
     gst_pad_add_probe(pad.get(),
-                      static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER |
-                                                   GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
+                      static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
                                                    GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM),
                       &Pipeline::watch_video, this, nullptr);
+    video_watch_.attach(pad.get());
+    const GstObjectPtr<GstPad> sound_pad(gst_element_get_static_pad(sound_->element(), "sink"));
+    sound_watch_.attach(sound_pad.get());
 }
 
 void Pipeline::connect_signals() {
@@ -176,6 +179,11 @@ std::optional<int> Pipeline::duration_ms() const {
     return query_ms(gst_element_query_duration);
 }
 
+std::optional<int> Pipeline::reached_ms() const {
+    // No value is less than any.
+    return std::max(video_watch_.reached_ms(), sound_watch_.reached_ms());
+}
+
 bool Pipeline::seekable() const {
     const GstMiniPtr<GstQuery> query(gst_query_new_seeking(GST_FORMAT_TIME));
     gboolean seekable = FALSE;
@@ -213,7 +221,7 @@ std::optional<Pipeline::Clock::time_point> Pipeline::last_data() const {
 }
 
 std::uint64_t Pipeline::frames_decoded() const {
-    return frames_decoded_.load(std::memory_order_relaxed);
+    return video_watch_.buffers();
 }
 
 std::uint64_t Pipeline::frames_late() const {
@@ -262,10 +270,6 @@ GstPadProbeReturn Pipeline::watch_source(GstPad *, GstPadProbeInfo *, gpointer p
 GstPadProbeReturn Pipeline::watch_video(GstPad *, GstPadProbeInfo *info, gpointer pipeline) {
     auto *self = static_cast<Pipeline *>(pipeline);
     const auto type = GST_PAD_PROBE_INFO_TYPE(info);
-    if ((type & GST_PAD_PROBE_TYPE_BUFFER) != 0) {
-        self->frames_decoded_.fetch_add(1, std::memory_order_relaxed);
-        return GST_PAD_PROBE_OK;
-    }
     if ((type & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) != 0) {
         GstQuery *query = GST_PAD_PROBE_INFO_QUERY(info);
         if ((type & GST_PAD_PROBE_TYPE_PUSH) != 0 &&

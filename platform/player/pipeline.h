@@ -14,6 +14,7 @@
 #include "player/display_geometry.h"
 #include "player/gst_ptr.h"
 #include "player/sound_stream.h"
+#include "player/stream_watch.h"
 #include "player/video_output.h"
 
 namespace host {
@@ -47,13 +48,16 @@ public:
     GstStateChangeReturn set_state(GstState state);
     /// Stops all threads of the pipeline; it only answers questions after that.
     void shut_down();
-    /// Starts a flushing seek; its end is an ASYNC_DONE message.
+    /// Starts a flushing seek; its end is an ASYNC_DONE message. One that is not accurate goes to a
+    /// keyframe beside the target, the nearest where the container's demuxer can tell.
     [[nodiscard]] bool seek(int target_ms, bool accurate, double rate);
     void set_volume(const StreamVolume &volume);
     void recalculate_latency();
 
     [[nodiscard]] std::optional<int> position_ms() const;
     [[nodiscard]] std::optional<int> duration_ms() const;
+    /// How far into the medium its last pictures and sounds reached.
+    [[nodiscard]] std::optional<int> reached_ms() const;
     [[nodiscard]] bool seekable() const;
     /// Size of the decoded picture with square pixels; none without video.
     [[nodiscard]] std::optional<PixelSize> video_size() const;
@@ -67,7 +71,7 @@ public:
 
 private:
     void build();
-    void connect_video_sink();
+    void connect_sinks();
     void connect_signals();
     [[nodiscard]] std::optional<int> query_ms(gboolean (*query)(GstElement *, GstFormat,
                                                                 gint64 *)) const;
@@ -82,7 +86,8 @@ private:
     GstObjectPtr<GstElement> playbin_;
     GstObjectPtr<GstElement> video_sink_;
     std::unique_ptr<SoundStream> sound_;
-    std::atomic<std::uint64_t> frames_decoded_ = 0;
+    StreamWatch video_watch_;
+    StreamWatch sound_watch_;
     std::atomic<Clock::rep> last_data_ = 0;  ///< ticks of the clock; 0 before the first
 };
 

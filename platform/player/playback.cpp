@@ -252,14 +252,14 @@ void Playback::finish_preparing() {
     MediaFacts facts;
     facts.duration_ms = duration_ms_;
     facts.seekable = pipeline_->seekable();
-    facts.video_size = pipeline_->video_size().value_or(PixelSize{});
+    facts.video_size = video_->upright(pipeline_->video_size().value_or(PixelSize{}));
     listener_.on_prepared(facts);
     report_missed();
 }
 
 void Playback::handle_end() {
-    const int position = pipeline_->position_ms().value_or(duration_ms_);
-    if (duration_ms_ > 0 && position + kEarlyEndMs < duration_ms_) {
+    const int reached = pipeline_->reached_ms().value_or(duration_ms_);
+    if (duration_ms_ > 0 && reached + kEarlyEndMs < duration_ms_) {
         if (const auto fault = source_.examine_again()) {
             fail(*fault);
             return;

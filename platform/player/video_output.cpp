@@ -70,6 +70,7 @@ void VideoOutput::open() {
     const std::lock_guard lock(mutex_);
     open_ = true;
     counts_ = {};
+    orientation_ = {};
 }
 
 void VideoOutput::close() {
@@ -80,6 +81,11 @@ void VideoOutput::close() {
 void VideoOutput::set_orientation(Orientation orientation) {
     const std::lock_guard lock(mutex_);
     orientation_ = orientation;
+}
+
+PixelSize VideoOutput::upright(PixelSize decoded) const {
+    const std::lock_guard lock(mutex_);
+    return orientation_.quarter_turns % 2 == 0 ? decoded : PixelSize{decoded.height, decoded.width};
 }
 
 void VideoOutput::take(GstMiniPtr<GstSample> sample) {

@@ -45,6 +45,8 @@ public:
     void close();
     /// How the medium itself wants its pictures turned.
     void set_orientation(Orientation orientation);
+    /// Size of a decoded picture as the medium wants it to be seen.
+    [[nodiscard]] PixelSize upright(PixelSize decoded) const;
     /// A decoded picture whose time has come.
     void take(GstMiniPtr<GstSample> sample);
     /// The picture that was taken last, or null.

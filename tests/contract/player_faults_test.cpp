@@ -1,0 +1,398 @@
+// What can go wrong with a medium, and that each fault is told in time, once, with its number.
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <player.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <Ecore.h>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "common/unique_fd.h"
+#include "host_seams.h"
+#include "main_loop.h"
+#include "player/player_host.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kFaultLimit = 2.0;
+
+std::string clip(const std::string &name) {
+    return TESSEL_TEST_MEDIA "/" + name;
+}
+
+class PlayerFaults : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(player_create(&player_), PLAYER_ERROR_NONE);
+        player_set_error_cb(
+            player_, [](int code, void *self) { static_cast<PlayerFaults *>(self)->note(code); },
+            this);
+        player_set_display(player_, PLAYER_DISPLAY_TYPE_OVERLAY, GET_DISPLAY(seams::window()));
+        folder_ = fs::temp_directory_path() / ("player-faults-" + std::to_string(getpid()));
+        fs::create_directories(folder_);
+    }
+    void TearDown() override {
+        EXPECT_EQ(player_destroy(player_), PLAYER_ERROR_NONE);
+        seams::reset();
+        fs::remove_all(folder_);
+    }
+
+    void note(int code) {
+        const std::lock_guard lock(mutex_);
+        errors_.push_back(code);
+    }
+    [[nodiscard]] std::vector<int> errors() const {
+        const std::lock_guard lock(mutex_);
+        return errors_;
+    }
+    [[nodiscard]] bool wait_for_error(double limit = kFaultLimit) const {
+        return support::run_main_loop_until([this] { return !errors().empty(); }, limit);
+    }
+    void prepare(const std::string &target) {
+        ASSERT_EQ(player_set_uri(player_, target.c_str()), PLAYER_ERROR_NONE);
+        ASSERT_EQ(
+            player_prepare_async(
+                player_, [](void *self) { ++static_cast<PlayerFaults *>(self)->prepared_; }, this),
+            PLAYER_ERROR_NONE);
+    }
+    void expect_fault(const std::string &target, int code) {
+        prepare(target);
+        EXPECT_TRUE(wait_for_error()) << target;
+        EXPECT_EQ(errors(), std::vector<int>{code}) << target;
+        EXPECT_EQ(prepared_, 0);
+        player_state_e state = PLAYER_STATE_NONE;
+        EXPECT_EQ(player_get_state(player_, &state), PLAYER_ERROR_NONE);
+        EXPECT_EQ(state, PLAYER_STATE_IDLE);
+        const auto failures = seams::failures();
+        ASSERT_EQ(failures.size(), 1U);
+        EXPECT_EQ(failures.front().find('\n'), std::string::npos);
+        EXPECT_NE(failures.front().find(target), std::string::npos) << failures.front();
+        // The same fault as the result of the other way to prepare.
+        EXPECT_EQ(player_prepare(player_), code) << target;
+        EXPECT_EQ(errors().size(), 1U);
+    }
+    void start(const std::string &target) {
+        prepare(target);
+        ASSERT_TRUE(support::run_main_loop_until([this] { return prepared_ == 1; }));
+        ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    }
+    void expect_refused(const char *uri) {
+        EXPECT_EQ(player_set_uri(player_, uri), PLAYER_ERROR_INVALID_URI) << uri;
+    }
+
+    player_h player_ = nullptr;
+    std::atomic<int> prepared_ = 0;
+    fs::path folder_;
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<int> errors_;
+};
+
+/// A server on this machine that takes connections and does with each what it is told.
+class Server {
+public:
+    using Serve = std::function<void(int connection)>;
+
+    explicit Server(Serve serve) : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr *>(&address), size), 0);
+        EXPECT_EQ(listen(listener_.get(), 8), 0);
+        EXPECT_EQ(getsockname(listener_.get(), reinterpret_cast<sockaddr *>(&address), &size), 0);
+        port_ = ntohs(address.sin_port);
+        thread_ = std::thread([this, serve = std::move(serve)] {
+            for (;;) {
+                const host::UniqueFd connection(accept(listener_.get(), nullptr, nullptr));
+                if (!connection) {
+                    return;
+                }
+                serve(connection.get());
+            }
+        });
+    }
+    ~Server() {
+        shutdown(listener_.get(), SHUT_RDWR);
+        thread_.join();
+    }
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    [[nodiscard]] std::string address() const {
+        return "http://127.0.0.1:" + std::to_string(port_) + "/clip.mp4";
+    }
+
+private:
+    host::UniqueFd listener_;
+    int port_ = 0;
+    std::thread thread_;
+};
+
+void read_request(int connection) {
+    std::string request;
+    char byte = 0;
+    while (!request.ends_with("\r\n\r\n") && read(connection, &byte, 1) == 1) {
+        request += byte;
+    }
+}
+
+void answer(int connection, const std::string &text) {
+    (void)!send(connection, text.data(), text.size(), MSG_NOSIGNAL);
+}
+
+std::string contents(const std::string &name) {
+    std::ifstream file(clip(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Before it is opened
+
+TEST_F(PlayerFaults, SchemesThatAreNotOpened) {
+    expect_refused("bogus://somewhere/clip.mp4");
+    expect_refused("ftp://somewhere/clip.mp4");
+    expect_refused("content://media/1");
+    EXPECT_EQ(seams::failures().size(), 3U);
+}
+
+TEST_F(PlayerFaults, MalformedAddresses) {
+    expect_refused("http://");
+    expect_refused("http:/clip.mp4");
+    expect_refused("http://[half/clip.mp4");
+    expect_refused("rtsp:");
+    expect_refused("file://%zz");
+}
+
+TEST_F(PlayerFaults, ARefusedNameLeavesNothingToPrepare) {
+    ASSERT_EQ(player_set_uri(player_, clip("minute.mp4").c_str()), PLAYER_ERROR_NONE);
+    expect_refused("bogus://somewhere");
+    EXPECT_EQ(player_prepare(player_), PLAYER_ERROR_INVALID_OPERATION);
+}
+
+// While it is opened
+
+TEST_F(PlayerFaults, MissingFile) {
+    expect_fault(clip("no such file.mp4"), PLAYER_ERROR_NO_SUCH_FILE);
+}
+
+TEST_F(PlayerFaults, MissingFolder) {
+    expect_fault(clip("no such folder/clip.mp4"), PLAYER_ERROR_NO_SUCH_FILE);
+}
+
+TEST_F(PlayerFaults, EmptyFile) {
+    expect_fault(clip("empty.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
+TEST_F(PlayerFaults, Text) {
+    expect_fault(clip("text.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
+TEST_F(PlayerFaults, NoKnownType) {
+    expect_fault(clip("zeros.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
+TEST_F(PlayerFaults, NoStreamCanBeDecoded) {
+    expect_fault(clip("unknown_both.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
+TEST_F(PlayerFaults, DamagedBeyondPlaying) {
+    expect_fault(clip("no_index.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
+TEST_F(PlayerFaults, Folder) {
+    expect_fault(folder_, PLAYER_ERROR_INVALID_OPERATION);
+}
+
+TEST_F(PlayerFaults, Device) {
+    expect_fault("/dev/zero", PLAYER_ERROR_INVALID_OPERATION);
+}
+
+TEST_F(PlayerFaults, NamedPipe) {
+    const std::string pipe = folder_ / "pipe.mp4";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    expect_fault(pipe, PLAYER_ERROR_INVALID_OPERATION);
+}
+
+TEST_F(PlayerFaults, NoPermission) {
+    const fs::path secret = folder_ / "secret.mp4";
+    fs::copy_file(clip("one_second.mp4"), secret);
+    fs::permissions(secret, fs::perms::none);
+    // Permissions don't bind the superuser.
+    constexpr uid_t kNobody = 65534;
+    const uid_t self = geteuid();
+    if (self == 0) {
+        fs::permissions(folder_, fs::perms::all);
+        ASSERT_EQ(seteuid(kNobody), 0);
+    }
+    expect_fault(secret, PLAYER_ERROR_INVALID_OPERATION);
+    if (self == 0) {
+        ASSERT_EQ(seteuid(self), 0);
+    }
+}
+
+TEST_F(PlayerFaults, OutOfDescriptors) {
+    // What is loaded on first use needs descriptors, too.
+    start(clip("one_second.mp4"));
+    ASSERT_EQ(player_unprepare(player_), PLAYER_ERROR_NONE);
+    prepared_ = 0;
+    std::vector<host::UniqueFd> hoard;
+    for (;;) {
+        host::UniqueFd one(dup(0));
+        if (!one) {
+            break;
+        }
+        hoard.push_back(std::move(one));
+        if (hoard.size() > 3000) {
+            break;
+        }
+    }
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit full{static_cast<rlim_t>(hoard.back().get() + 1), limit.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &full), 0);
+    prepare(clip("one_second.mp4"));
+    EXPECT_TRUE(wait_for_error());
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_INVALID_OPERATION});
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+// Over a network
+
+TEST_F(PlayerFaults, ConnectionRefused) {
+    std::string address;
+    {
+        const Server closed([](int) {});
+        address = closed.address();
+    }
+    expect_fault(address, PLAYER_ERROR_INVALID_OPERATION);
+}
+
+TEST_F(PlayerFaults, NotOnTheServer) {
+    const Server server([](int connection) {
+        read_request(connection);
+        answer(connection,
+               "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    });
+    expect_fault(server.address(), PLAYER_ERROR_NO_SUCH_FILE);
+}
+
+TEST_F(PlayerFaults, ForbiddenByTheServer) {
+    const Server server([](int connection) {
+        read_request(connection);
+        answer(connection,
+               "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    });
+    expect_fault(server.address(), PLAYER_ERROR_INVALID_OPERATION);
+}
+
+TEST_F(PlayerFaults, AServerThatNeverAnswersIsGivenUp) {
+    const Server server([](int connection) {
+        read_request(connection);
+        char byte = 0;
+        (void)!read(connection, &byte, 1);
+    });
+    prepare(server.address());
+    const double begin = ecore_time_get();
+    EXPECT_TRUE(wait_for_error(15.0));
+    EXPECT_NEAR(ecore_time_get() - begin, 10.0, 2.0);
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_INVALID_OPERATION});
+}
+
+TEST_F(PlayerFaults, AConnectionThatIsCut) {
+    const Server server([](int connection) {
+        read_request(connection);
+        const std::string whole = contents("h264_aac.mp4");
+        answer(connection, "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
+                               std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000));
+    });
+    prepare(server.address());
+    EXPECT_TRUE(wait_for_error());
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_INVALID_OPERATION});
+}
+
+TEST_F(PlayerFaults, AGoodServerIsNoFault) {
+    const Server server([](int connection) {
+        read_request(connection);
+        const std::string whole = contents("one_second.mp4");
+        answer(connection,
+               "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nConnection: close\r\n"
+               "Content-Length: " +
+                   std::to_string(whole.size()) + "\r\n\r\n" + whole);
+    });
+    start(server.address());
+    EXPECT_TRUE(support::run_main_loop_until([] { return seams::completions() == 1; }));
+    EXPECT_TRUE(errors().empty());
+}
+
+// While it plays
+
+TEST_F(PlayerFaults, AFileThatIsCutShortWhileItPlays) {
+    const fs::path copy = folder_ / "copy.mp4";
+    fs::copy_file(clip("h264_aac.mp4"), copy);
+    start(copy);
+    fs::resize_file(copy, 40000);
+    EXPECT_TRUE(wait_for_error(5.0));
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_NOT_SUPPORTED_FILE});
+    EXPECT_EQ(seams::completions(), 0);
+}
+
+TEST_F(PlayerFaults, AFileThatIsGoneAndCutWhileItPlays) {
+    const fs::path copy = folder_ / "copy.mp4";
+    fs::copy_file(clip("h264_aac.mp4"), copy);
+    start(copy);
+    fs::resize_file(copy, 40000);
+    fs::remove(copy);
+    EXPECT_TRUE(wait_for_error(5.0));
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_NO_SUCH_FILE});
+}
+
+TEST_F(PlayerFaults, AfterAFaultThePlayerCanBeUnpreparedAndUsedAgain) {
+    const fs::path copy = folder_ / "copy.mp4";
+    fs::copy_file(clip("h264_aac.mp4"), copy);
+    start(copy);
+    fs::resize_file(copy, 40000);
+    ASSERT_TRUE(wait_for_error(5.0));
+    EXPECT_EQ(player_pause(player_), PLAYER_ERROR_NONE);
+    EXPECT_EQ(player_start(player_), PLAYER_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(player_set_play_position(player_, 0, true, nullptr, nullptr),
+              PLAYER_ERROR_SEEK_FAILED);
+    EXPECT_EQ(player_stop(player_), PLAYER_ERROR_NONE);
+    EXPECT_EQ(player_unprepare(player_), PLAYER_ERROR_NONE);
+    ASSERT_EQ(player_set_uri(player_, clip("one_second.mp4").c_str()), PLAYER_ERROR_NONE);
+    EXPECT_EQ(player_prepare(player_), PLAYER_ERROR_NONE);
+}
+
+TEST_F(PlayerFaults, AnInjectedErrorComesThroughTheCallback) {
+    start(clip("minute.mp4"));
+    ASSERT_TRUE(host::inject_player_error(PLAYER_ERROR_NO_SUCH_FILE));
+    EXPECT_TRUE(wait_for_error());
+    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_NO_SUCH_FILE});
+    EXPECT_EQ(seams::failures().size(), 1U);
+}
+
+TEST_F(PlayerFaults, AnInjectedErrorThatEndsNothingIsNoFailure) {
+    start(clip("minute.mp4"));
+    ASSERT_TRUE(host::inject_player_error(PLAYER_ERROR_SEEK_FAILED));
+    EXPECT_TRUE(wait_for_error());
+    EXPECT_TRUE(seams::failures().empty());
+}
+
+}  // namespace
