@@ -78,3 +78,9 @@ void _playerPreparedCb(void *pPath);
 /// @param pCookie  one heap byte: whether the seek was accurate
 void _playerSeekCompletedCb(void *pCookie);
 void _playerSeekCompletedAsLatestPlayedPositionCb(void *pCookie);
+
+/// Ticks of the long-press seek, on the main loop.
+/// @param pUserData  the TslMmPlayer
+/// @return whether the timer goes on
+bool _rewindTimerCb(void *pUserData);
+bool _fastForwardTimerCb(void *pUserData);

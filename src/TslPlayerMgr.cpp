@@ -265,7 +265,7 @@ static bool _seekByTick(void *pUserData, int nStep) {
     return true;
 }
 
-static bool _rewindTimerCb(void *pUserData) {
+bool _rewindTimerCb(void *pUserData) {
     if (pUserData == nullptr) {
         TslError("UserData is nullptr.");
         return false;
@@ -273,7 +273,7 @@ static bool _rewindTimerCb(void *pUserData) {
     return _seekByTick(pUserData, -LONGPRESS_SEEK_STEP);
 }
 
-static bool _fastForwardTimerCb(void *pUserData) {
+bool _fastForwardTimerCb(void *pUserData) {
     if (pUserData == nullptr) {
         TslError("UserData is nullptr.");
         return false;
