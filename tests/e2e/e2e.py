@@ -250,10 +250,14 @@ class Display:
         """Left, top, width and height of the program's window, and its number."""
         window = self.tool("search", "--sync", "--onlyvisible", "--name",
                            f"^{APPLICATION_TITLE}").split()[0]
-        values = dict(line.split("=") for line in
-                      self.tool("getwindowgeometry", "--shell", window).split())
-        return (int(values["X"]), int(values["Y"]), int(values["WIDTH"]),
-                int(values["HEIGHT"]), window)
+        def ask(*words):
+            return dict(line.split("=") for line in self.tool(*words).split())
+        size = ask("getwindowgeometry", "--shell", window)
+        # The geometry's own place counts the window manager's frame twice; the pointer's doesn't.
+        self.tool("mousemove", "--sync", "--window", window, 1, 1)
+        place = ask("getmouselocation", "--shell")
+        return (int(place["X"]) - 1, int(place["Y"]) - 1, int(size["WIDTH"]),
+                int(size["HEIGHT"]), window)
 
     def picture(self, left, top, width, height):
         return Picture.from_xwd(os.path.join(self.directory, "Xvfb_screen0"),
@@ -473,16 +477,20 @@ class DisplayTestCase(TestCase):
         self.display = Display(self.directory)
         self.addCleanup(self.display.end)
         self.environment["DISPLAY"] = self.display.name
+        self.place = None
 
     def mode(self):
         return []
 
     def place_of_screen(self, player):
         """Left and top of the round screen in the display, and the window's number."""
-        left, top, width, height, window = self.display.find_window()
-        screen = player.state()["screen"]
-        return (left + (width - screen["width"]) // 2, top + (height - screen["height"]) // 2,
-                window)
+        # The window stays where it is, and the pointer isn't to be moved again by the look.
+        if self.place is None:
+            left, top, width, height, window = self.display.find_window()
+            screen = player.state()["screen"]
+            self.place = (left + (width - screen["width"]) // 2,
+                          top + (height - screen["height"]) // 2, window)
+        return self.place
 
     def touch(self, player, x, y):
         left, top, _ = self.place_of_screen(player)
