@@ -1,6 +1,8 @@
+#include <clocale>
+#include <cstdlib>
 #include <string>
-#include <vector>
 
+#include "TslExpandedUtils.h"
 #include "video_player_mgr_fixture.h"
 
 namespace {
@@ -14,6 +16,15 @@ constexpr char dismissed[] = "Dismissed callback of one button popup.";
 
 class PlayerPopups : public VideoPlayerMgrTest {
 protected:
+    void SetUp() override {
+        VideoPlayerMgrTest::SetUp();
+        // The program's own catalogue, as the platform's life cycle would choose it.
+        setlocale(LC_MESSAGES, "C.UTF-8");
+        setenv("LANGUAGE", "en", 1);
+        TslExpandedUtils::bindTextDomain();
+        forget();
+    }
+
     /// The popup that stands in the window, or null.
     Evas_Object *popup() {
         Evas *canvas = evas_object_evas_get(window().getEvasObject());
@@ -52,6 +63,11 @@ protected:
     static std::string text_of(Evas_Object *object) {
         const char *text = elm_object_part_text_get(object, "elm.text");
         return text != nullptr ? text : "";
+    }
+    static std::string translated(const char *id) {
+        const std::string text = dgettext("tessel", id);
+        EXPECT_NE(text, id) << "not in the catalogue";
+        return text;
     }
     static std::string id_of(Evas_Object *object) {
         const char *id = elm_object_translatable_part_text_get(object, "elm.text");
@@ -93,7 +109,7 @@ TEST_F(PlayerPopups, TheErrorToastHasStyleTextAndTimeout) {
     show_error_toast();
     EXPECT_STREQ(elm_object_style_get(popup()), "toast/circle");
     EXPECT_EQ(id_of(popup()), file_missing);
-    EXPECT_EQ(text_of(popup()), dgettext("tessel", file_missing));
+    EXPECT_EQ(text_of(popup()), translated(file_missing));
     EXPECT_DOUBLE_EQ(elm_popup_timeout_get(popup()), 2.0);
     EXPECT_EQ(popup_button(), nullptr);
     EXPECT_FALSE(was_emitted(SIGNAL_APP_TERMINATE));
@@ -124,7 +140,7 @@ TEST_F(PlayerPopups, TheMissedPluginToastLooksTheSame) {
     show_missed_plugin_toast();
     EXPECT_STREQ(elm_object_style_get(popup()), "toast/circle");
     EXPECT_EQ(id_of(popup()), unsupported_audio);
-    EXPECT_EQ(text_of(popup()), dgettext("tessel", unsupported_audio));
+    EXPECT_EQ(text_of(popup()), translated(unsupported_audio));
     EXPECT_DOUBLE_EQ(elm_popup_timeout_get(popup()), 2.0);
 }
 
@@ -165,7 +181,7 @@ TEST_F(PlayerPopups, TheOneButtonPopupShowsItsTextInALayout) {
     edje_object_file_get(elm_layout_edje_get(content), &file, &group);
     EXPECT_STREQ(group, "elm/layout/popup/content/circle");
     EXPECT_EQ(id_of(content), unsupported);
-    EXPECT_EQ(text_of(content), dgettext("tessel", unsupported));
+    EXPECT_EQ(text_of(content), translated(unsupported));
     EXPECT_DOUBLE_EQ(elm_popup_timeout_get(popup()), 0.0);
 }
 
@@ -174,6 +190,8 @@ TEST_F(PlayerPopups, TheButtonShowsACheck) {
     Evas_Object *button = popup_button();
     ASSERT_NE(button, nullptr);
     EXPECT_STREQ(elm_object_style_get(button), "popup/circle");
+    // Empty, but a text of the program's domain.
+    EXPECT_STREQ(elm_object_translatable_text_get(button), "");
     const char *text = elm_object_text_get(button);
     EXPECT_TRUE(text == nullptr || *text == '\0') << text;
     Evas_Object *icon = elm_object_part_content_get(button, "elm.swallow.content");
@@ -240,6 +258,15 @@ TEST_F(PlayerPopups, APopupLeavesPlaybackAsItIs) {
     show_error_toast();
     EXPECT_EQ(player().state(), PLAYER_STATE_PLAYING);
     EXPECT_FALSE(was_emitted(SIGNAL_PLAYER_PAUSE));
+}
+
+TEST_F(PlayerPopups, EveryTextOfAPopupIsInTheCatalogue) {
+    for (const char *id :
+         {"IDS_VPL_POP_UNABLE_TO_PLAY_VIDEO", "IDS_MP_POP_THIS_FILE_DOES_NOT_EXIST",
+          "IDS_VPL_POP_INVALID_URL", "WDS_GALLERY_TPOP_UNSUPPORTED_FORMAT_ABB",
+          "IDS_VPL_POP_UNSUPPORTED_VIDEO_FORMAT", "IDS_VPL_POP_UNSUPPORTED_AUDIO_FORMAT"}) {
+        EXPECT_NE(translated(id), "");
+    }
 }
 
 TEST_F(PlayerPopups, ALaterPopupReplacesTheEarlierOne) {

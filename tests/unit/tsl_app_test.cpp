@@ -1,6 +1,7 @@
 #include "TslApp.h"
 
 #include <Elementary.h>
+#include <dlfcn.h>
 #include <dlog.h>
 #include <gmock/gmock.h>
 
@@ -25,6 +26,19 @@ using Manager = support::PrivateMember<struct ManagerTag, TslVideoPlayerMgr * Ts
 template struct support::OpenMember<Manager, &TslApp::m_pVideoPlayerMgr>;
 
 using testing::_;
+
+namespace {
+
+bool refuse_windows = false;
+
+}  // namespace
+
+/// Takes the place of the toolkit's own, to which it forwards: windows can't be refused otherwise.
+extern "C" Evas_Object *elm_win_add(Evas_Object *parent, const char *name, Elm_Win_Type type) {
+    using Add = Evas_Object *(*)(Evas_Object *, const char *, Elm_Win_Type);
+    static const auto add = reinterpret_cast<Add>(dlsym(RTLD_NEXT, "elm_win_add"));
+    return refuse_windows ? nullptr : add(parent, name, type);
+}
 
 namespace {
 
@@ -156,6 +170,19 @@ TEST_F(App, AMissingResourceFolderIsLoggedAndStartUpGoesOn) {
     EXPECT_NE(manager(), nullptr);
     life.callback.terminate(life.data);
     testing::Mock::VerifyAndClearExpectations(&mock::ui_app());
+}
+
+TEST_F(App, AWindowThatCannotBeMadeIsLoggedAndStartUpGoesOn) {
+    const LifeCycle life = start_without_loop();
+    refuse_windows = true;
+    EXPECT_TRUE(life.callback.create(life.data));
+    refuse_windows = false;
+    EXPECT_TRUE(LoggedWarn("It is failed to attach the window handle to app assist."));
+    EXPECT_NE(manager(), nullptr);
+    EXPECT_EQ(TslUtils::getGlobalWindow(), nullptr);
+    life.callback.terminate(life.data);
+    // Nothing else destroys a controller whose window never was.
+    static_cast<TslWindowCtrl *>(app().getWindowController())->destroy();
 }
 
 TEST_F(App, TerminateDeletesTheManagerAfterItHasGivenBackTheDisplay) {
