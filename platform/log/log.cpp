@@ -222,8 +222,11 @@ public:
         while (!text.empty() && !full_) {
             const std::size_t length = utf8_length(text);
             const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
-            append(length == 0 || is_control(character) ? escape_bytes(character)
-                                                        : std::string(character));
+            if (length == 0 || is_control(character)) {
+                append(escape_bytes(character));
+            } else {
+                append(character);
+            }
             text.remove_prefix(character.size());
         }
     }

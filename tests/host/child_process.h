@@ -135,9 +135,12 @@ private:
                 end - std::chrono::steady_clock::now());
             std::array<pollfd, 2> fds{
                 {{streams_[0].fd.get(), POLLIN, 0}, {streams_[1].fd.get(), POLLIN, 0}}};
-            if (open_streams() == 0 || left.count() <= 0 ||
-                poll(fds.data(), fds.size(), static_cast<int>(left.count())) <= 0) {
+            if (open_streams() == 0 || left.count() <= 0) {
                 return false;
+            }
+            // A child that stops or ends interrupts the wait.
+            if (poll(fds.data(), fds.size(), static_cast<int>(left.count())) <= 0) {
+                continue;
             }
             for (std::size_t i = 0; i < fds.size(); ++i) {
                 if (fds[i].revents != 0) {

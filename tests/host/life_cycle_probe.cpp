@@ -4,6 +4,7 @@
 
 #include <Elementary.h>
 #include <app.h>
+#include <dlog.h>
 #include <efl_extension.h>
 #include <libintl.h>
 #include <unistd.h>
@@ -79,6 +80,7 @@ void add_window() {
 
 bool create(void *) {
     tell("create");
+    __dlog_print(LOG_ID_MAIN, DLOG_INFO, "PROBE", "created");
     tell_locale();
     if (asked("PROBE_CREATE", "exit")) {
         elm_exit();

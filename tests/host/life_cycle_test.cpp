@@ -165,6 +165,41 @@ TEST(ExitStatus, HelpGoesToStandardOutput) {
     EXPECT_EQ(process.errors(), "");
 }
 
+struct LogCase {
+    std::vector<std::string> options;
+    std::optional<std::string> variable;
+    bool logged;
+};
+
+class LogOfAProcess : public testing::TestWithParam<LogCase> {};
+
+TEST_P(LogOfAProcess, IsWrittenOnlyWhenAskedFor) {
+    std::vector<std::string> arguments{"--headless", "clip.mp4"};
+    arguments.insert(arguments.end(), GetParam().options.begin(), GetParam().options.end());
+    child::Process process(probe(arguments),
+                           with({{"TESSEL_LOG", GetParam().variable}, {"PROBE_CREATE", "exit"}}));
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_EQ(has(process.errors(), "I/PROBE   ("), GetParam().logged) << process.errors();
+    if (!GetParam().logged) {
+        EXPECT_EQ(process.errors(), "");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, LogOfAProcess,
+                         testing::Values(LogCase{{}, std::nullopt, false},
+                                         LogCase{{"--log", "PROBE:info"}, std::nullopt, true},
+                                         LogCase{{}, "PROBE:info", true},
+                                         LogCase{{"--log", "off"}, "info", false},
+                                         LogCase{{"--log", "PROBE:info"}, "off", true}));
+
+TEST(LogEnvironment, ThatIsNotUnderstoodIsSaidSo) {
+    child::Process process(probe({"--headless", "clip.mp4"}),
+                           with({{"TESSEL_LOG", "loud"}, {"PROBE_CREATE", "exit"}}));
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_EQ(process.errors(),
+              "tessel: TESSEL_LOG is not understood, nothing is logged: 'loud'\n");
+}
+
 TEST(Headless, APopupThatWaitsIsClosedByTheBackKey) {
     child::Process process(probe({"--headless", "clip.mp4"}), with({{"PROBE_CREATE", "popup"}}));
     const auto start = std::chrono::steady_clock::now();

@@ -90,9 +90,7 @@ std::string prefix(char letter, const std::string &tag) {
     return text.data();
 }
 
-TEST(Log, IsOffUntilItIsAskedFor) {
-    // No other test of this process has set a level yet when it is run by itself; run together,
-    // "off" stands for that state.
+TEST(Log, OffLetsNothingThrough) {
     StandardError error;
     set_levels("off");
     EXPECT_EQ(__dlog_print(LOG_ID_MAIN, DLOG_FATAL, "TESSEL", "text"), 0);

@@ -149,7 +149,7 @@ TEST_F(SingleInstance, ABareActivationIsNoRequest) {
     EXPECT_EQ(call("Activate", g_variant_new_parsed("(@a{sv} {},)")), "");
     first.send(SIGTERM);
     EXPECT_EQ(first.wait(), 0);
-    EXPECT_EQ(first.output().find("control"), first.output().rfind("control"));
+    EXPECT_EQ(first.output().find("control operation"), first.output().rfind("control operation"));
 }
 
 TEST_F(SingleInstance, TheDesktopsQuitEndsIt) {
