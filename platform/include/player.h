@@ -5,7 +5,28 @@
  * Thread: operations belong to the main loop. Callbacks arrive on threads of the platform, never
  * inside an operation, and never after the matching unset, player_unprepare() (for what belongs to
  * one preparation) or player_destroy() has returned.
- * Every operation returns PLAYER_ERROR_NONE (0) or a negative error of player_error_e.
+ * A callback may read the player's getters, and must not call what changes it.
+ *
+ * Every operation returns PLAYER_ERROR_NONE (0) or a negative error of player_error_e, and changes
+ * nothing when it fails. INVALID_PARAMETER: the handle is no live player, a pointer or callback that
+ * is needed is null, or a value is out of its range. INVALID_STATE: the player's state is not one of
+ * those named at the operation, "prepared" being READY, PLAYING or PAUSED. What else an operation
+ * answers stands there.
+ *
+ * A fault of the medium that shows after player_prepare_async() has returned 0 arrives through the
+ * error callback, once per preparation: NO_SUCH_FILE for a file that is missing or goes away,
+ * NOT_SUPPORTED_FILE for what is no medium, has no stream that can be decoded or is damaged beyond
+ * playing, INVALID_OPERATION for what can't be read (no permission, no plain file, network, no
+ * descriptors), OUT_OF_MEMORY. A preparation that fails leaves the player IDLE; a fault later leaves
+ * its state, after which it can only be stopped, unprepared or destroyed.
+ *
+ * These answer FEATURE_NOT_SUPPORTED_ON_DEVICE on this host: player_set_memory_buffer(),
+ * player_set_streaming_cookie(), player_set_streaming_user_agent(),
+ * player_get_streaming_download_progress(), player_set_progressive_download_path(),
+ * player_get_progressive_download_status(), player_set_subtitle_path(),
+ * player_set_subtitle_position_offset(), player_has_closed_caption(), player_set_rich_audio(),
+ * player_enable_sync_handler(), player_set_media_packet_video_frame_decoded_cb(). Callbacks that
+ * belong to them are accepted and never called.
  */
 #ifndef PLAYER_H
 #define PLAYER_H
@@ -113,38 +134,70 @@ typedef void (*player_media_packet_video_decoded_cb)(media_packet_h packet, void
 typedef void (*player_video_captured_cb)(unsigned char *data, int width, int height,
                                          unsigned int size, void *user_data);
 
+/** @param[out] player  a new player, IDLE; the caller destroys it. OUT_OF_MEMORY. */
 int player_create(player_h *player);
+/** Any state. Completes the seeks that wait, ends a preparation without a callback, and frees the
+ *  player. Waits for its threads. */
 int player_destroy(player_h player);
+/** IDLE. Returns when the medium is prepared (READY) or can't be; the faults of the medium are then
+ *  the result, and no callback tells them. INVALID_OPERATION: no medium is set, or a preparation is
+ *  under way. */
 int player_prepare(player_h player);
+/** IDLE. @param callback  called once when the player has become READY, unless the preparation fails
+ *  or is ended. INVALID_OPERATION: no medium is set, or a preparation is under way. */
 int player_prepare_async(player_h player, player_prepared_cb callback, void *user_data);
+/** Prepared, or while preparing. Completes the seeks that wait and returns to IDLE. Waits for the
+ *  playback's threads; the video plane is empty afterwards. */
 int player_unprepare(player_h player);
+/** IDLE. @param uri  a path, taken literally, or a URI with the scheme file, http, https or rtsp;
+ *  copied. INVALID_URI: another scheme, malformed or empty; no medium is set then. */
 int player_set_uri(player_h player, const char *uri);
 int player_set_memory_buffer(player_h player, const void *data, int size);
 int player_get_state(player_h player, player_state_e *state);
-/** @param left, right  0.0 to 1.0 */
+/** Any state. @param left, right  0.0 to 1.0, linear, on top of the media volume */
 int player_set_volume(player_h player, float left, float right);
 int player_get_volume(player_h player, float *left, float *right);
+/** READY or PAUSED. Plays from the position; after the end or a stop, from the beginning.
+ *  INVALID_OPERATION after a fault. */
 int player_start(player_h player);
+/** PLAYING or PAUSED. READY afterwards, at position 0. */
 int player_stop(player_h player);
+/** PLAYING. */
 int player_pause(player_h player);
-/** @param millisecond  from the start; @param accurate  false: the nearest keyframe will do */
+/** Prepared. Starts a seek; the position is the target from now on.
+ *  @param millisecond  from the start; beyond the end it means the end
+ *  @param accurate  false: a keyframe beside the target will do
+ *  @param callback  called once, in the order of the calls, when this seek is done or has given way
+ *         to a newer one; may be null
+ *  SEEK_FAILED: the medium can't be sought in, or has had a fault. */
 int player_set_play_position(player_h player, int millisecond, bool accurate,
                              player_seek_completed_cb callback, void *user_data);
+/** Prepared. Milliseconds from the start: the target of the newest seek until that is done. */
 int player_get_play_position(player_h player, int *millisecond);
+/** Prepared. Milliseconds; 0 when it isn't known. */
 int player_get_duration(player_h player, int *millisecond);
-/** @param rate  0.5 to 1.5; the pitch is kept */
+/** Prepared. @param rate  0.5 to 1.5; the pitch is kept. Holds until the player is unprepared.
+ *  INVALID_OPERATION: the medium can't be sought in, or has had a fault. */
 int player_set_playback_rate_ex(player_h player, float rate);
+/** Any state. @param display  OVERLAY: a window of the program; EVAS: an image object, or null. It is
+ *  not owned; when it is deleted the video isn't shown any more. */
 int player_set_display(player_h player, player_display_type_e type, player_display_h display);
+/** Any state, as all settings of the display; a paused picture changes at once. The destination
+ *  region (DST_ROI) is the whole plane. */
 int player_set_display_mode(player_h player, player_display_mode_e mode);
 int player_get_display_mode(player_h player, player_display_mode_e *mode);
 int player_set_display_visible(player_h player, bool visible);
 int player_is_display_visible(player_h player, bool *visible);
+/** Clockwise, on top of what the medium itself asks for. */
 int player_set_display_rotation(player_h player, player_display_rotation_e rotation);
 int player_get_display_rotation(player_h player, player_display_rotation_e *rotation);
-/** Both texts are heap copies that the caller frees. */
+/** Prepared. Both texts are heap copies that the caller frees; empty for a stream that isn't there. */
 int player_get_codec_info(player_h player, char **audio_codec, char **video_codec);
-/** Pixels; 0, 0 when there is no video. */
+/** Prepared. Square pixels, turned as the medium asks for; 0, 0 when there is no video. */
 int player_get_video_size(player_h player, int *width, int *height);
+/** Prepared. The callback gets the current picture at its own size, as the decoder gave it.
+ *  VIDEO_CAPTURE_FAILED: there is none; as an error through the callback, when it can't be
+ *  converted. */
 int player_capture_video(player_h player, player_video_captured_cb callback, void *user_data);
 int player_set_streaming_cookie(player_h player, const char *cookie, int size);
 int player_set_streaming_user_agent(player_h player, const char *user_agent, int size);
@@ -158,6 +211,10 @@ int player_has_closed_caption(player_h player, bool *exist);
 int player_set_rich_audio(player_h player);
 int player_enable_sync_handler(player_h player, bool enable);
 
+/* Callbacks. Any state; a registration takes the place of the one before. When an unset operation has
+ * returned the callback isn't running and isn't called again. */
+
+/** Called at the end of the medium; the player is PAUSED there. */
 int player_set_completed_cb(player_h player, player_completed_cb callback, void *user_data);
 int player_unset_completed_cb(player_h player);
 int player_set_interrupted_cb(player_h player, player_interrupted_cb callback, void *user_data);
@@ -176,6 +233,8 @@ int player_unset_media_packet_video_frame_decoded_cb(player_h player);
 int player_set_subtitle_updated_cb(player_h player, player_subtitle_updated_cb callback,
                                    void *user_data);
 int player_unset_subtitle_updated_cb(player_h player);
+/** Called for each stream that can't be decoded, after the player is prepared; the rest plays. There
+ *  is no unset operation. */
 int player_set_missed_plugin_info_cb(player_h player, player_missed_plugin_info_cb callback,
                                      void *user_data);
 
