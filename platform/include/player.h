@@ -8,17 +8,17 @@
  * A callback may read the player's getters, and must not call what changes it.
  *
  * Every operation returns PLAYER_ERROR_NONE (0) or a negative error of player_error_e, and changes
- * nothing when it fails. INVALID_PARAMETER: the handle is no live player, a pointer or callback that
- * is needed is null, or a value is out of its range. INVALID_STATE: the player's state is not one of
- * those named at the operation, "prepared" being READY, PLAYING or PAUSED. What else an operation
- * answers stands there.
+ * nothing when it fails. INVALID_PARAMETER: the handle is no live player, a pointer or callback
+ * that is needed is null, or a value is out of its range. INVALID_STATE: the player's state is not
+ * one of those named at the operation, "prepared" being READY, PLAYING or PAUSED. What else an
+ * operation answers stands there.
  *
  * A fault of the medium that shows after player_prepare_async() has returned 0 arrives through the
  * error callback, once per preparation: NO_SUCH_FILE for a file that is missing or goes away,
  * NOT_SUPPORTED_FILE for what is no medium, has no stream that can be decoded or is damaged beyond
  * playing, INVALID_OPERATION for what can't be read (no permission, no plain file, network, no
- * descriptors), OUT_OF_MEMORY. A preparation that fails leaves the player IDLE; a fault later leaves
- * its state, after which it can only be stopped, unprepared or destroyed.
+ * descriptors), OUT_OF_MEMORY. A preparation that fails leaves the player IDLE; a fault later
+ * leaves its state, after which it can only be stopped, unprepared or destroyed.
  *
  * These answer FEATURE_NOT_SUPPORTED_ON_DEVICE on this host: player_set_memory_buffer(),
  * player_set_streaming_cookie(), player_set_streaming_user_agent(),
@@ -105,10 +105,7 @@ typedef enum {
     PLAYER_INTERRUPTED_BY_ALARM
 } player_interrupted_code_e;
 
-typedef enum {
-    PLAYER_PD_STARTED = 0,
-    PLAYER_PD_COMPLETED
-} player_pd_message_type_e;
+typedef enum { PLAYER_PD_STARTED = 0, PLAYER_PD_COMPLETED } player_pd_message_type_e;
 
 typedef enum {
     PLAYER_MISSED_PLUGIN_VIDEO = 1,
@@ -143,8 +140,8 @@ int player_destroy(player_h player);
  *  the result, and no callback tells them. INVALID_OPERATION: no medium is set, or a preparation is
  *  under way. */
 int player_prepare(player_h player);
-/** IDLE. @param callback  called once when the player has become READY, unless the preparation fails
- *  or is ended. INVALID_OPERATION: no medium is set, or a preparation is under way. */
+/** IDLE. @param callback  called once when the player has become READY, unless the preparation
+ * fails or is ended. INVALID_OPERATION: no medium is set, or a preparation is under way. */
 int player_prepare_async(player_h player, player_prepared_cb callback, void *user_data);
 /** Prepared, or while preparing. Completes the seeks that wait and returns to IDLE. Waits for the
  *  playback's threads; the video plane is empty afterwards. */
@@ -179,8 +176,8 @@ int player_get_duration(player_h player, int *millisecond);
 /** Prepared. @param rate  0.5 to 1.5; the pitch is kept. Holds until the player is unprepared.
  *  INVALID_OPERATION: the medium can't be sought in, or has had a fault. */
 int player_set_playback_rate_ex(player_h player, float rate);
-/** Any state. @param display  OVERLAY: a window of the program; EVAS: an image object, or null. It is
- *  not owned; when it is deleted the video isn't shown any more. */
+/** Any state. @param display  OVERLAY: a window of the program; EVAS: an image object, or null. It
+ * is not owned; when it is deleted the video isn't shown any more. */
 int player_set_display(player_h player, player_display_type_e type, player_display_h display);
 /** Any state, as all settings of the display; a paused picture changes at once. The destination
  *  region (DST_ROI) is the whole plane. */
@@ -191,7 +188,8 @@ int player_is_display_visible(player_h player, bool *visible);
 /** Clockwise, on top of what the medium itself asks for. */
 int player_set_display_rotation(player_h player, player_display_rotation_e rotation);
 int player_get_display_rotation(player_h player, player_display_rotation_e *rotation);
-/** Prepared. Both texts are heap copies that the caller frees; empty for a stream that isn't there. */
+/** Prepared. Both texts are heap copies that the caller frees; empty for a stream that isn't there.
+ */
 int player_get_codec_info(player_h player, char **audio_codec, char **video_codec);
 /** Prepared. Square pixels, turned as the medium asks for; 0, 0 when there is no video. */
 int player_get_video_size(player_h player, int *width, int *height);
@@ -211,8 +209,8 @@ int player_has_closed_caption(player_h player, bool *exist);
 int player_set_rich_audio(player_h player);
 int player_enable_sync_handler(player_h player, bool enable);
 
-/* Callbacks. Any state; a registration takes the place of the one before. When an unset operation has
- * returned the callback isn't running and isn't called again. */
+/* Callbacks. Any state; a registration takes the place of the one before. When an unset operation
+ * has returned the callback isn't running and isn't called again. */
 
 /** Called at the end of the medium; the player is PAUSED there. */
 int player_set_completed_cb(player_h player, player_completed_cb callback, void *user_data);
@@ -233,8 +231,8 @@ int player_unset_media_packet_video_frame_decoded_cb(player_h player);
 int player_set_subtitle_updated_cb(player_h player, player_subtitle_updated_cb callback,
                                    void *user_data);
 int player_unset_subtitle_updated_cb(player_h player);
-/** Called for each stream that can't be decoded, after the player is prepared; the rest plays. There
- *  is no unset operation. */
+/** Called for each stream that can't be decoded, after the player is prepared; the rest plays.
+ * There is no unset operation. */
 int player_set_missed_plugin_info_cb(player_h player, player_missed_plugin_info_cb callback,
                                      void *user_data);
 
