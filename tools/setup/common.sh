@@ -24,15 +24,19 @@ quietly() {
     }
 }
 
-# build PRESET [TARGET...]: configures once, then builds; silent when there is nothing to do.
-build() {
+# configure PRESET [CMAKE-ARGUMENT...]
+configure() {
     local preset=$1 dir=$root/build/$1
     shift
     mkdir -p "$dir"
-    if [ ! -f "$dir/build.ninja" ]; then
-        echo "== Configuring $preset"
-        (cd "$root" && quietly "$dir/configure.log" cmake --preset "$preset")
-    fi
+    echo "== Configuring $preset"
+    (cd "$root" && quietly "$dir/configure.log" cmake --preset "$preset" "$@")
+}
+
+# build PRESET [TARGET...]: silent when there is nothing to do.
+build() {
+    local preset=$1 dir=$root/build/$1
+    shift
     # A line for every twentieth part is enough to see it move.
     if ! ninja -C "$dir" "$@" 2>&1 | tee "$dir/build.log" | awk -F'[][/]' -v preset="$preset" '
         /^\[[0-9]+\/[0-9]+\]/ && $3 > 2 {
