@@ -29,8 +29,6 @@ public:
     Input &operator=(const Input &) = delete;
 
     void set_geometry(const Geometry &geometry);
-    /// The object above all others, that takes the pointer.
-    [[nodiscard]] Evas_Object *surface() const { return surface_.get(); }
 
     /// The pointer, in pixels of the shell's window.
     void press(int x, int y);

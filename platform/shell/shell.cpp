@@ -50,8 +50,9 @@ Shell::Shell(std::unique_ptr<TopWindow> top)
     : top_(std::move(top)),
       video_(top_->canvas(), [this] { top_->render(); }),
       stage_(evas_object_rectangle_add(top_->canvas())),
-      input_(top_->canvas(), input_targets()),
-      frame_(input_.surface()) {
+      lid_(evas_object_rectangle_add(top_->canvas())),
+      frame_(lid_.get()),
+      input_(top_->input_canvas(), input_targets()) {
     evas_object_color_set(stage_.get(), 0, 0, 0, 0);
     lay_out(first_geometry(*top_));
     top_->set_events({[this](int w, int h) { window_resized(w, h); }, [this] { close(); },

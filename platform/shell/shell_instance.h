@@ -49,8 +49,9 @@ private:
     std::unique_ptr<TopWindow> top_;
     VideoImage video_;
     EvasObject stage_;  ///< the program's windows are stacked below it
-    Input input_;
+    EvasObject lid_;    ///< never shown; the frame is stacked below it
     FrameImage frame_;
+    Input input_;
     std::vector<std::unique_ptr<ProgramWindow>> windows_;  ///< oldest first
     Geometry geometry_;
     int rotation_ = 0;

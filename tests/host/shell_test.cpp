@@ -411,7 +411,7 @@ protected:
         return support::run_main_loop_until([&] { return detents.size() >= count; });
     }
     static void wheel(int z) {
-        Evas *canvas = host::shell()->top().canvas();
+        Evas *canvas = host::shell()->top().input_canvas();
         const host::Rect &screen = host::shell()->geometry().screen;
         evas_event_feed_mouse_in(canvas, 0, nullptr);
         evas_event_feed_mouse_move(canvas, screen.x + 180, screen.y + 180, 0, nullptr);
