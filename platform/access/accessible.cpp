@@ -55,6 +55,8 @@ const char *queried_name(const Eo *obj, void * /*private_data*/) {
 void object_deleted(void *data, const Efl_Event *event) {
     const std::unique_ptr<NameSource> source(static_cast<NameSource *>(data));
     efl_key_data_set(event->object, kNameSourceKey, nullptr);
+    // The toolkit doesn't free an override with its object.
+    efl_object_override(event->object, nullptr);
 }
 
 NameSource &add_name_source(Eo *obj) {
