@@ -1,6 +1,7 @@
 #include "shell/frame_painter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -38,7 +39,7 @@ float bump(float x, float centre, float half_width) {
 std::uint32_t pack(const Colour &c, float alpha) {
     const auto byte = [alpha](float v) {
         return static_cast<std::uint32_t>(
-            std::lround(std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F));
+            std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F);
     };
     return byte(1.0F) << 24U | byte(c.r) << 16U | byte(c.g) << 8U | byte(c.b);
 }
@@ -50,12 +51,24 @@ constexpr Colour kMetal{0.300F, 0.315F, 0.340F};
 constexpr Colour kCase{0.150F, 0.158F, 0.175F};
 constexpr Colour kMarkColour{0.286F, 0.733F, 1.000F};
 
-/// Light on a turned metal surface: it varies with the direction, as from two lamps.
+constexpr int kSheenSteps = 1024;
+
+std::array<float, kSheenSteps> make_sheen() {
+    std::array<float, kSheenSteps> table{};
+    for (int i = 0; i < kSheenSteps; ++i) {
+        const float a = 2.0F * kPi * (static_cast<float>(i) / kSheenSteps) + kPi / 5.0F;
+        const float first = std::pow(std::max(0.0F, std::cos(a)), 3.0F);
+        const float second = std::pow(std::max(0.0F, -std::cos(a)), 5.0F);
+        table[static_cast<std::size_t>(i)] = 0.62F + 0.85F * first + 0.40F * second;
+    }
+    return table;
+}
+
+/// Light on a turned metal surface: it varies with the direction, as from two lamps. From a table,
+/// since the frame is painted before the first picture can be seen.
 float sheen(float turns) {
-    const float a = turns * 2.0F * kPi;
-    const float first = std::pow(std::max(0.0F, std::cos(a + kPi / 5.0F)), 3.0F);
-    const float second = std::pow(std::max(0.0F, std::cos(a + kPi / 5.0F + kPi)), 5.0F);
-    return 0.62F + 0.85F * first + 0.40F * second;
+    static const std::array<float, kSheenSteps> table = make_sheen();
+    return table[static_cast<unsigned int>(turns * kSheenSteps) % kSheenSteps];
 }
 
 Colour ring_colour(const Geometry &g, float distance, float turns) {
@@ -101,19 +114,21 @@ Colour watch_colour(const Geometry &g, float x, float y, float distance) {
     if (distance < g.glass - 1.0F) {
         return kGlassRim;
     }
-    const float turns = g.direction(x, y);
-    Colour c = backdrop_colour(g, y, distance);
-    if (distance > g.ring) {
+    const bool is_case = distance < g.body + 1.0F;
+    Colour c = distance > g.ring ? backdrop_colour(g, y, distance) : kCase;
+    if (distance > g.ring && x > static_cast<float>(g.screen.x + g.screen.w / 2)) {
         for (const auto key : {Geometry::Place::back_key, Geometry::Place::home_key}) {
             const float from_key = g.key_distance(key, x, y);
             if (from_key < 1.0F) {
-                c = mix(c, key_colour(g, from_key, turns), coverage(from_key));
+                c = mix(c, key_colour(g, from_key, g.direction(x, y)), coverage(from_key));
             }
         }
     }
-    if (distance < g.body + 1.0F) {
-        c = mix(c, case_colour(g, distance, turns), coverage(distance - g.body));
+    if (!is_case) {
+        return c;
     }
+    const float turns = g.direction(x, y);
+    c = mix(c, case_colour(g, distance, turns), coverage(distance - g.body));
     if (distance < g.ring + 1.0F) {
         c = mix(c, ring_colour(g, distance, turns), coverage(distance - g.ring));
     }

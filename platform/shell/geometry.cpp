@@ -22,8 +22,9 @@ constexpr float kKeyHalfDepth = 0.03F;
 float round_box_distance(float x, float y, float half_w, float half_h, float radius) {
     const float qx = std::abs(x) - half_w + radius;
     const float qy = std::abs(y) - half_h + radius;
-    return std::hypot(std::max(qx, 0.0F), std::max(qy, 0.0F)) + std::min(std::max(qx, qy), 0.0F) -
-           radius;
+    const float ox = std::max(qx, 0.0F);
+    const float oy = std::max(qy, 0.0F);
+    return std::sqrt(ox * ox + oy * oy) + std::min(std::max(qx, qy), 0.0F) - radius;
 }
 
 }  // namespace
@@ -79,15 +80,17 @@ float Geometry::direction(float x, float y) const {
 
 float Geometry::key_distance(Place key, float x, float y) const {
     const auto side = static_cast<float>(std::min(screen.w, screen.h));
-    const float angle = key == Place::back_key ? -kKeyAngle : kKeyAngle;
+    static const float cosine = std::cos(kKeyAngle);
+    static const float sine_down = std::sin(kKeyAngle);
+    const float sine = key == Place::back_key ? -sine_down : sine_down;
     // The keys sit on the case's edge, seen from the middle of the right round end.
     const float cx = static_cast<float>(screen.x + screen.w) - side / 2.0F;
     const float cy = static_cast<float>(screen.y) + static_cast<float>(screen.h) / 2.0F;
     const float radius = side / 2.0F + body;
     const float dx = x - cx;
     const float dy = y - cy;
-    const float along = dx * std::cos(angle) + dy * std::sin(angle) - radius;
-    const float across = -dx * std::sin(angle) + dy * std::cos(angle);
+    const float along = dx * cosine + dy * sine - radius;
+    const float across = -dx * sine + dy * cosine;
     return round_box_distance(along, across, side * kKeyHalfDepth, side * kKeyHalfLength,
                               side * 0.015F);
 }

@@ -2,7 +2,6 @@
 
 #include "shell/shell.h"
 
-#include <Ecore_Evas.h>
 #include <Ecore_Input.h>
 #include <Elementary.h>
 #include <efl_extension.h>
@@ -63,9 +62,8 @@ private:
 /// A picture file, read back.
 class PictureFile {
 public:
-    explicit PictureFile(const std::string &file)
-        : canvas_(ecore_evas_buffer_new(1, 1), ecore_evas_free) {
-        Evas_Object *image = evas_object_image_add(ecore_evas_get(canvas_.get()));
+    PictureFile(Evas *canvas, const std::string &file) {
+        Evas_Object *image = evas_object_image_add(canvas);
         evas_object_image_file_set(image, file.c_str(), nullptr);
         evas_object_image_size_get(image, &w, &h);
         const auto *data =
@@ -73,6 +71,7 @@ public:
         if (data != nullptr) {
             pixels_.assign(data, data + static_cast<std::size_t>(w) * h);
         }
+        evas_object_del(image);
     }
     [[nodiscard]] std::uint32_t at(int x, int y) const {
         return pixels_.empty() ? 0 : pixels_[static_cast<std::size_t>(y) * w + x] | 0xff000000U;
@@ -81,7 +80,6 @@ public:
     int h = 0;
 
 private:
-    std::unique_ptr<Ecore_Evas, void (*)(Ecore_Evas *)> canvas_;
     std::vector<std::uint32_t> pixels_;
 };
 
@@ -98,6 +96,7 @@ protected:
     void TearDown() override { host::stop_shell(); }
 
     [[nodiscard]] Evas_Object *window() const { return window_; }
+    [[nodiscard]] Evas *canvas() const { return evas_object_evas_get(window_); }
     [[nodiscard]] host::VideoPlane &plane() const { return *plane_; }
 
     Evas_Object *add_rectangle(int x, int y, int w, int h, std::uint32_t colour) {
@@ -122,7 +121,7 @@ protected:
         const std::string file = testing::TempDir() + "shell_test." + std::to_string(getpid());
         EXPECT_TRUE(host::save_screenshot(file));
         const host::Rect &screen = host::shell()->geometry().screen;
-        const std::uint32_t colour = PictureFile(file).at(screen.x + x, screen.y + y);
+        const std::uint32_t colour = PictureFile(canvas(), file).at(screen.x + x, screen.y + y);
         std::filesystem::remove(file);
         return colour;
     }
@@ -554,7 +553,7 @@ TEST_F(ShellTest, ScreenshotHasTheWholeWatch) {
     show(kRed);
     const std::string file = testing::TempDir() + "shell_whole." + std::to_string(getpid());
     ASSERT_TRUE(host::save_screenshot(file));
-    const PictureFile picture(file);
+    const PictureFile picture(canvas(), file);
     std::filesystem::remove(file);
     const host::Geometry &geometry = host::shell()->geometry();
     EXPECT_EQ(picture.w, geometry.window_w);
