@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -84,8 +85,13 @@ public:
     void send(int signal) const { ::kill(pid_, signal); }
 
     /// Reads until standard output holds the text. @return false when it ended or took too long
-    [[nodiscard]] bool prints(const std::string &text) {
-        return pump([this, &text] { return output().find(text) != std::string::npos; });
+    [[nodiscard]] bool prints(const std::string &text) { return prints_one_of({text}); }
+    [[nodiscard]] bool prints_one_of(const std::vector<std::string> &texts) {
+        return pump([this, &texts] {
+            return std::any_of(texts.begin(), texts.end(), [this](const std::string &text) {
+                return output().find(text) != std::string::npos;
+            });
+        });
     }
     /// Reads to the end of its output. @return exit status, negative signal, or -1000 on time-out
     int wait() {

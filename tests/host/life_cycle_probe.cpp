@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -85,9 +86,9 @@ bool create(void *) {
     if (asked("PROBE_CREATE", "exit")) {
         elm_exit();
     }
-    if (asked("PROBE_CREATE", "slow")) {
-        // Returns early, as a signal has come, or shows by its length that none did.
-        usleep(20000000);
+    if (asked("PROBE_CREATE", "signals")) {
+        raise(SIGTERM);
+        raise(SIGTERM);
     }
     if (asked("PROBE_CREATE", "refuse")) {
         return false;
@@ -99,6 +100,7 @@ bool create(void *) {
 void terminate(void *) {
     tell("terminate");
     if (asked("PROBE_TERMINATE", "slow")) {
+        // Until the next signal, or so long that the test has seen what it is about.
         usleep(20000000);
     }
 }

@@ -83,7 +83,7 @@ TEST_F(SingleInstance, ASecondStartHandsItsRequestToTheFirst) {
 TEST_F(SingleInstance, TwoThatStartTogetherMakeOneApplication) {
     child::Process one(probe({"--headless", "/one.mp4"}), environment());
     child::Process two(probe({"--headless", "/two.mp4"}), environment());
-    ASSERT_TRUE(one.prints("returned") || one.prints("/two.mp4"));
+    ASSERT_TRUE(one.prints_one_of({"returned", "/two.mp4"}));
     const bool one_is_first = has(one.output(), "/two.mp4");
     child::Process &first = one_is_first ? one : two;
     child::Process &second = one_is_first ? two : one;
