@@ -126,6 +126,21 @@ std::string timePhrase(const std::string &strTime) {
     }
 }
 
+/// The direction is taken as a number: one that the enumeration doesn't have may come as well.
+std::intptr_t directionPayload(const Eext_Rotary_Event_Info &info) {
+    int nDirection = 0;
+    static_assert(sizeof(nDirection) == sizeof(info.direction), "the direction is an int");
+    std::memcpy(&nDirection, &info.direction, sizeof(nDirection));
+    switch (nDirection) {
+    case EEXT_ROTARY_DIRECTION_CLOCKWISE:
+        return 0;
+    case EEXT_ROTARY_DIRECTION_COUNTER_CLOCKWISE:
+        return 1;
+    default:
+        return -1;
+    }
+}
+
 void deleteObject(Evas_Object *&pObject) {
     evas_object_del(pObject);
     pObject = nullptr;
@@ -644,13 +659,7 @@ Eina_Bool TslPlayerViewInside::_rotaryEventCbForSetPosition(void *pUserData, Eva
     pInside->_showPlayViewUi();
     pInside->_createUiVisibleTimer();
 
-    std::intptr_t nDirection = -1;
-    if (pInfo->direction == EEXT_ROTARY_DIRECTION_CLOCKWISE) {
-        nDirection = 0;
-    } else if (pInfo->direction == EEXT_ROTARY_DIRECTION_COUNTER_CLOCKWISE) {
-        nDirection = 1;
-    }
-    emitSignal(SIGNAL_PLAYER_VIEW_ROTARY_EVENT, nDirection);
+    emitSignal(SIGNAL_PLAYER_VIEW_ROTARY_EVENT, directionPayload(*pInfo));
     return EINA_TRUE;
 }
 

@@ -546,6 +546,7 @@ TEST_F(PlayerViewItem, ReportsAMissingItem) {
     open->onPushed(nullptr);
     EXPECT_TRUE(LoggedError("* Critical * There is no pNaviItem."));
     open->destroy();
+    view().destroy();
 }
 
 TEST_F(PlayerViewItem, TakesEverythingAlongWhenItGoes) {
