@@ -63,6 +63,26 @@ bool has_property(GstElement *element, const char *name) {
     return g_object_class_find_property(G_OBJECT_GET_CLASS(element), name) != nullptr;
 }
 
+bool is_demuxer(GstElement *element) {
+    GstElementFactory *factory = gst_element_get_factory(element);
+    return factory != nullptr &&
+           gst_element_factory_list_is_type(factory, GST_ELEMENT_FACTORY_TYPE_DEMUXER) != FALSE;
+}
+
+/// A demuxer that has stopped reading before it found a stream.
+bool gave_up(GstElement *element) {
+    if (!is_demuxer(element) || element->numsrcpads > 0) {
+        return false;
+    }
+    const GstObjectPtr<GstPad> sink(gst_element_get_static_pad(element, "sink"));
+    return sink && GST_PAD_MODE(sink.get()) == GST_PAD_MODE_PULL &&
+           gst_pad_get_task_state(sink.get()) != GST_TASK_STARTED;
+}
+
+struct IteratorFree {
+    void operator()(GstIterator *iterator) const { gst_iterator_free(iterator); }
+};
+
 int nearest_ms(gint64 nanoseconds) {
     return static_cast<int>((nanoseconds + GST_MSECOND / 2) / GST_MSECOND);
 }
@@ -84,9 +104,12 @@ void Pipeline::shut_down() {
     const GstObjectPtr<GstBus> bus(gst_element_get_bus(playbin_.get()));
     gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
     g_signal_handlers_disconnect_by_data(playbin_.get(), this);
+    const std::lock_guard lock(entry_mutex_);
+    setup_.on_message = {};
 }
 
 void Pipeline::build() {
+    const std::lock_guard lock(entry_mutex_);
     const auto make = [](const char *factory) {
         GstElement *element = gst_element_factory_make(factory, nullptr);
         return GstObjectPtr<GstElement>(
@@ -206,6 +229,22 @@ std::optional<PixelSize> Pipeline::video_size() const {
         .square();
 }
 
+bool Pipeline::found_nothing() const {
+    const std::unique_ptr<GstIterator, IteratorFree> elements(
+        gst_bin_iterate_recurse(GST_BIN(playbin_.get())));
+    gboolean found = FALSE;
+    // A change of the elements under way ends the walk; the next look comes soon.
+    (void)gst_iterator_foreach(
+        elements.get(),
+        [](const GValue *item, gpointer result) {
+            if (gave_up(GST_ELEMENT(g_value_get_object(item)))) {
+                *static_cast<gboolean *>(result) = TRUE;
+            }
+        },
+        &found);
+    return found != FALSE;
+}
+
 bool Pipeline::from_sound(GstMessage *message) const {
     GstObject *from = GST_MESSAGE_SRC(message);
     return from != nullptr &&
@@ -236,12 +275,18 @@ std::uint64_t Pipeline::frames_late() const {
 }
 
 GstBusSyncReply Pipeline::handle_message(GstBus *, GstMessage *message, gpointer pipeline) {
-    static_cast<Pipeline *>(pipeline)->setup_.on_message(GstMiniPtr<GstMessage>(message));
+    auto *self = static_cast<Pipeline *>(pipeline);
+    GstMiniPtr<GstMessage> owned(message);
+    const std::lock_guard lock(self->entry_mutex_);
+    if (self->setup_.on_message) {
+        self->setup_.on_message(std::move(owned));
+    }
     return GST_BUS_DROP;
 }
 
 void Pipeline::handle_source(GstElement *, GstElement *source, gpointer pipeline) {
-    const auto *self = static_cast<Pipeline *>(pipeline);
+    auto *self = static_cast<Pipeline *>(pipeline);
+    const std::lock_guard lock(self->entry_mutex_);
     if (!self->setup_.remote) {
         return;
     }
@@ -282,6 +327,7 @@ GstPadProbeReturn Pipeline::watch_video(GstPad *, GstPadProbeInfo *info, gpointe
     }
     GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
     if (event != nullptr && GST_EVENT_TYPE(event) == GST_EVENT_TAG) {
+        const std::lock_guard lock(self->entry_mutex_);
         take_orientation(event, *self->setup_.video);
     }
     return GST_PAD_PROBE_OK;

@@ -61,6 +61,9 @@ public:
     [[nodiscard]] bool seekable() const;
     /// Size of the decoded picture with square pixels; none without video.
     [[nodiscard]] std::optional<PixelSize> video_size() const;
+    /// Whether a demuxer has come to the end of the medium without a stream. Its error message is
+    /// lost when it comes while the demuxer is still being put in place.
+    [[nodiscard]] bool found_nothing() const;
     /// Whether the message comes from the sound output.
     [[nodiscard]] bool from_sound(GstMessage *message) const;
     /// When the source gave data last; none before the first.
@@ -82,6 +85,8 @@ private:
     static GstPadProbeReturn watch_source(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
     static GstPadProbeReturn watch_video(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
 
+    /// Held while GStreamer's threads enter: they see what was built before.
+    std::mutex entry_mutex_;
     Setup setup_;
     GstObjectPtr<GstElement> playbin_;
     GstObjectPtr<GstElement> video_sink_;

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kConnectLimit = 10s;
 constexpr auto kStallLimit = 20s;
-constexpr auto kWatchInterval = 500ms;
+constexpr auto kWatchInterval = 200ms;
 /// A file that ends more than this before its duration may have been cut short.
 constexpr int kEarlyEndMs = 1000;
 /// The last moment that still has a picture.
@@ -380,6 +380,13 @@ void Playback::arm_watch() {
 void Playback::watch() {
     if (failed_ || (!waiting_ && !starving())) {
         return;
+    }
+    if (waiting_ == Wait::preparing && !source_.remote()) {
+        // Twice in a row, as its first look into the file may be about to begin.
+        if (std::exchange(found_nothing_, pipeline_->found_nothing()) && found_nothing_) {
+            fail({PLAYER_ERROR_NOT_SUPPORTED_FILE, "nothing in the file can be played"});
+            return;
+        }
     }
     const auto data = pipeline_->last_data();
     const auto silent_since = std::max(waiting_since_, data.value_or(waiting_since_));

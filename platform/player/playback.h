@@ -114,6 +114,7 @@ private:
     bool failed_ = false;
     bool live_ = false;
     bool sound_lost_ = false;
+    bool found_nothing_ = false;
     bool playing_ = false;  ///< as asked for
     GstState asked_ = GST_STATE_NULL;
     int buffered_percent_ = 100;

@@ -40,6 +40,7 @@ std::string clip(const std::string &name) {
 class PlayerFaults : public testing::Test {
 protected:
     void SetUp() override {
+        seams::reset();
         ASSERT_EQ(player_create(&player_), PLAYER_ERROR_NONE);
         player_set_error_cb(
             player_, [](int code, void *self) { static_cast<PlayerFaults *>(self)->note(code); },
