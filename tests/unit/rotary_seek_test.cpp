@@ -130,7 +130,7 @@ TEST_F(RotarySeek, TwoDetentsCostOneRoughSeekOverBothSteps) {
 TEST_F(RotarySeek, EveryDetentRestartsTheWait) {
     play_video_of(long_duration);
     turn_clockwise();
-    support::run_main_loop_for(0.2);
+    support::run_main_loop_for(0.1);
     ASSERT_FALSE(any_seek());
     const double last_detent = ecore_time_get();
     turn_clockwise();
