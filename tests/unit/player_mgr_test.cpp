@@ -314,8 +314,11 @@ std::ostream &operator<<(std::ostream &stream, const Admission &row) {
     return stream << row.name;
 }
 
-#define TIMES(function) \
-    [](int times) { EXPECT_CALL(mock::player(), function).Times(times).WillRepeatedly(Return(0)); }
+#define TIMES(function)                                             \
+    [](int times) {                                                 \
+        ON_CALL(mock::player(), function).WillByDefault(Return(0)); \
+        EXPECT_CALL(mock::player(), function).Times(times);         \
+    }
 
 std::vector<Admission> admissions() {
     const std::string invalid = "The state of the player is invalid.";

@@ -1,14 +1,15 @@
 #include <Ecore.h>
 #include <dlog.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "TslPlayerMgr.h"
@@ -728,27 +729,46 @@ TEST_F(PlayerPipes, OrderIsKeptWithinOnePipe) {
     }
 }
 
-TEST_F(PlayerPipes, ManyWritersLoseNothing) {
+// A message is written in two steps, so a pipe has one writer at a time; different pipes have
+// theirs at once.
+TEST_F(PlayerPipes, WritersOfDifferentPipesDontDisturbEachOther) {
     add_all();
-    constexpr int writers_count = 4;
-    constexpr int each = 50;
+    constexpr int count = 100;
+    const std::vector<std::pair<std::string, std::function<void(int)>>> events = {
+        {"buffering", [this](int value) { _playerBufferingCb(value, &m_mark); }},
+        {"interrupted",
+         [this](int value) {
+             _playerInterruptedCb(static_cast<player_interrupted_code_e>(value % 6), &m_mark);
+         }},
+        {"error", [](int value) { _playerErrorCb(value % 2 == 0 ? -2 : -12, nullptr); }},
+        {"completed", [this](int) { _playerCompletedCb(&m_mark); }},
+    };
     std::vector<std::thread> threads;
-    for (int writer = 0; writer < writers_count; ++writer) {
-        threads.emplace_back([this, writer] {
-            for (int round = 0; round < each; ++round) {
-                _playerBufferingCb(writer, &m_mark);
-                _playerCompletedCb(&m_mark);
+    for (const auto &event : events) {
+        threads.emplace_back([&write = event.second] {
+            for (int value = 0; value < count; ++value) {
+                write(value);
             }
         });
     }
-    const bool complete = got(writers_count * each * 2);
+    const bool complete = got(events.size() * count);
     for (auto &thread : threads) {
         thread.join();
     }
     ASSERT_TRUE(complete);
-    EXPECT_EQ(std::count_if(messages.begin(), messages.end(),
-                            [](const auto &message) { return message.pipe == "completed"; }),
-              writers_count * each);
+    std::map<std::string, std::vector<std::string>> by_pipe;
+    for (const auto &message : messages) {
+        by_pipe[message.pipe].push_back(message.bytes);
+    }
+    for (const auto &event : events) {
+        ASSERT_EQ(by_pipe[event.first].size(), static_cast<std::size_t>(count)) << event.first;
+    }
+    for (int value = 0; value < count; ++value) {
+        EXPECT_EQ(by_pipe["buffering"][value], bytes_of(value));
+        EXPECT_EQ(by_pipe["interrupted"][value], bytes_of(value % 6));
+        EXPECT_EQ(by_pipe["error"][value], bytes_of(value % 2 == 0 ? 3 : 1));
+        EXPECT_EQ(by_pipe["completed"][value], "");
+    }
     EXPECT_TRUE(NoFaultLogged());
 }
 
