@@ -32,8 +32,16 @@ public:
         constexpr auto flags =
             static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START |
                                          G_DBUS_PROXY_FLAGS_DO_NOT_AUTO_START_AT_CONSTRUCTION);
-        g_dbus_proxy_new(bus, flags, nullptr, kBusName, kBusPath, kStatusInterface, nullptr,
-                         &StatusWatch::created, nullptr);
+        cancellable().reset(g_cancellable_new());
+        g_dbus_proxy_new(bus, flags, nullptr, kBusName, kBusPath, kStatusInterface,
+                         cancellable().get(), &StatusWatch::created, nullptr);
+    }
+
+    static void stop() {
+        if (cancellable()) {
+            g_cancellable_cancel(cancellable().get());
+        }
+        proxy().reset();
     }
 
 private:
@@ -41,6 +49,9 @@ private:
         GErrorPtr error;
         proxy().reset(g_dbus_proxy_new_finish(result, out(error)));
         if (!proxy()) {
+            if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) {
+                return;
+            }
             __dlog_print(LOG_ID_MAIN, DLOG_WARN, "HOST", "No word on screen readers: %s",
                          error->message);
             return;
@@ -61,6 +72,11 @@ private:
             g_dbus_proxy_get_cached_property(proxy().get(), kScreenReaderEnabled));
         enabled = value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) != FALSE &&
                   g_variant_get_boolean(value.get()) != FALSE;
+    }
+
+    static GObjectPtr<GCancellable> &cancellable() {
+        static GObjectPtr<GCancellable> instance;
+        return instance;
     }
 
     static GObjectPtr<GDBusProxy> &proxy() {
@@ -86,6 +102,10 @@ void start_accessibility() {
     // Without it the toolkit keeps its widgets to itself. Whoever has set it knows better.
     setenv("ELM_ATSPI_MODE", "1", 0);
     watch_status();
+}
+
+void stop_accessibility() {
+    run_on_service_thread([] { StatusWatch::stop(); });
 }
 
 bool screen_reader_enabled() {

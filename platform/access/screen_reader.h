@@ -7,6 +7,9 @@ namespace host {
 /// anything. Main thread, while it is the only one: it changes the environment.
 void start_accessibility();
 
+/// Ends the watch, and waits for its end. Before the service thread is stopped.
+void stop_accessibility();
+
 /// Whether a screen reader is on, as the desktop last reported. Any thread.
 [[nodiscard]] bool screen_reader_enabled();
 

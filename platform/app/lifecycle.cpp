@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "access/screen_reader.h"
 #include "app/application.h"
 #include "app/command_line.h"
 #include "app/environment.h"
@@ -267,6 +268,7 @@ void Application::end() {
     stop_shell();
     close_main_loop();
     instance_.reset();
+    stop_accessibility();
     close_session_bus();
     stop_service_thread();
 }

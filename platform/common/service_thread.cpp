@@ -119,6 +119,9 @@ private:
         pthread_setname_np(pthread_self(), "tessel-service");
         g_main_context_push_thread_default(context_.get());
         g_main_loop_run(loop_.get());
+        // Whatever was ended leaves its last notices here, which free what it held.
+        while (g_main_context_iteration(context_.get(), FALSE) != FALSE) {
+        }
         g_main_context_pop_thread_default(context_.get());
         thread_id_.store(std::thread::id(), std::memory_order_release);
     }

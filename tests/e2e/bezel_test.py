@@ -71,7 +71,7 @@ class Bezel:
     def test_a_turn_past_the_end_ends_the_program(self):
         player = self.play(e2e.LONG)
         self.turn(player, e2e.LONG_MS // STEP + 6)
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
         self.assert_in_order(player, [r"_seekCompletedCb > ", r"_completedCb > ",
                                       r"SIGNAL_APP_TERMINATE"])
 

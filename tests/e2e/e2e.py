@@ -373,6 +373,11 @@ class Player:
             self.fail(f"the program did not end within {seconds} s")
         return self.child.returncode
 
+    def expect_exit(self, status):
+        ended = self.exit_status()
+        if ended != status:
+            self.fail(f"the program ended with {ended} and not with {status}")
+
     def output(self):
         return self.child.stdout.read().decode("utf-8", "replace")
 

@@ -7,7 +7,7 @@ import e2e
 
 class Ending:
     def assert_orderly_end(self, player):
-        self.assertEqual(player.exit_status(), 0, player.text()[-2000:])
+        player.expect_exit(0)
         self.assert_in_order(player, [r"TslApp\.cpp: onTerminate > ",
                                       r"Video Player App is terminated\."])
 
@@ -51,7 +51,7 @@ class HeadlessEnding(Ending, e2e.TestCase):
     def test_a_signal_before_anything_plays(self):
         player = self.start(e2e.clip(e2e.LONG))
         player.child.send_signal(signal.SIGTERM)
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
 
     def test_the_control_socket_goes_with_the_program(self):
         player = self.play(e2e.LONG)

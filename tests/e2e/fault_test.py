@@ -10,7 +10,7 @@ class Faults:
         popup = player.wait("popup==true")["popup"]
         self.assertEqual(popup["style"], "toast/circle")
         self.assertEqual(popup["text"], text)
-        self.assertEqual(player.exit_status(), 1)
+        player.expect_exit(1)
         self.assert_one_line_says_why(player)
 
     def assert_one_line_says_why(self, player):
@@ -29,7 +29,7 @@ class Faults:
         player = self.start(os.path.join(self.directory, "nothing here.mp4"))
         player.wait("popup==true")
         player.control("key", "back")
-        self.assertEqual(player.exit_status(), 1)
+        player.expect_exit(1)
 
     def test_what_is_no_video_gives_a_popup_that_a_button_closes(self):
         path = os.path.join(self.directory, "letter.mp4")
@@ -39,7 +39,7 @@ class Faults:
         popup = player.wait("popup==true")["popup"]
         self.assertEqual(popup["text"], e2e.TEXTS["unsupported"])
         self.touch(player, *player.button("popup/circle"))
-        self.assertEqual(player.exit_status(), 1)
+        player.expect_exit(1)
         self.assert_one_line_says_why(player)
         self.assertTrue(player.log_has("OneButtonPopup::ButtonClicked"))
         self.assertTrue(player.log_has("Dismissed callback of one button popup."))
@@ -89,7 +89,7 @@ class HeadlessFaults(Faults, e2e.TestCase):
     def test_a_failure_that_a_later_launch_makes_good_is_none(self):
         player = self.play(e2e.LONG)
         player.control("launch", e2e.clip(e2e.SHORT))
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
 
 
 class DisplayFaults(Faults, e2e.DisplayTestCase):

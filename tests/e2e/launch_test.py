@@ -19,7 +19,7 @@ class Launch(e2e.TestCase):
         player = self.start(self.odd_clip())
         state = player.wait("player==playing")
         self.assertIn(ODD_NAME, state["uri"])
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
 
     def test_a_relative_path_is_meant_from_where_the_program_starts(self):
         path = self.odd_clip()
@@ -33,7 +33,7 @@ class Launch(e2e.TestCase):
         uri = "file://" + urllib.parse.quote(self.odd_clip())
         player = self.start(uri)
         player.wait("player==playing")
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
 
     def test_any_operation_plays(self):
         status, _, player = self.run_to_end("--operation", "http://example.org/operation/other",
@@ -62,7 +62,7 @@ class Launch(e2e.TestCase):
     def test_the_second_clip_plays_to_its_end(self):
         player = self.play(e2e.LONG)
         player.control("launch", e2e.clip(e2e.SHORT))
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
 
 
 class SecondProcess(e2e.TestCase):
@@ -80,7 +80,7 @@ class SecondProcess(e2e.TestCase):
         first = self.play(e2e.LONG, bus=self.bus)
         first.wait("position>=500")
         second = self.second(e2e.clip(e2e.MIDDLE))
-        self.assertEqual(second.exit_status(), 0)
+        second.expect_exit(0)
         state = first.wait(f"player==playing && duration<{e2e.LONG_MS - 1000} && duration>0")
         self.assertIn(e2e.MIDDLE, state["uri"])
         self.assertFalse(second.log_has("=== App Control ==="))
@@ -90,23 +90,23 @@ class SecondProcess(e2e.TestCase):
         shutil.copy(e2e.clip(e2e.MIDDLE), path)
         first = self.play(e2e.LONG, bus=self.bus)
         second = self.second(path)
-        self.assertEqual(second.exit_status(), 0)
+        second.expect_exit(0)
         state = first.wait(f"player==playing && duration<{e2e.LONG_MS - 1000} && duration>0")
         self.assertIn(ODD_NAME, state["uri"])
 
     def test_a_new_instance_plays_by_itself(self):
         first = self.play(e2e.LONG, bus=self.bus)
         second = self.second("--new-instance", e2e.clip(e2e.SHORT))
-        self.assertEqual(second.exit_status(), 0)
+        second.expect_exit(0)
         self.assertTrue(second.log_has("=== App Control ==="))
         self.assertIn(e2e.LONG, first.state()["uri"])
 
     def test_the_next_start_after_the_end_plays_by_itself(self):
         first = self.play(e2e.LONG, bus=self.bus)
         first.control("quit")
-        self.assertEqual(first.exit_status(), 0)
+        first.expect_exit(0)
         second = self.second(e2e.clip(e2e.SHORT))
-        self.assertEqual(second.exit_status(), 0)
+        second.expect_exit(0)
         self.assertTrue(second.log_has("=== App Control ==="))
 
 

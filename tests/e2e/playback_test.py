@@ -26,12 +26,12 @@ class PlayToTheEnd:
     def test_every_stage_of_the_road_comes_in_order_and_the_status_is_zero(self):
         player = self.start(e2e.clip(e2e.SHORT))
         player.wait("player==playing")
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
         self.assert_in_order(player, ROAD)
 
     def test_the_only_errors_are_that_a_path_is_no_uri(self):
         player = self.start(e2e.clip(e2e.SHORT))
-        self.assertEqual(player.exit_status(), 0)
+        player.expect_exit(0)
         self.assertEqual([line.text for line in player.log() if line.level in "EF"],
                          ["* Critical * There is no Uri.",
                           "* Critical * It is failed to get Uri."])
