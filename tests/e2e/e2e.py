@@ -182,7 +182,7 @@ def _rgb(flat, channels):
 
 
 def frame_number(screen, covering=True):
-    """The number of the picture that a round screen shows, or None: see support/frame_number.h."""
+    """The number of the picture that a round screen shows, or None: see tools/clips/frame_number.h."""
     side = screen.width
     # The shorter side of the picture as it is shown.
     shown = side if covering else side * 9 / 16

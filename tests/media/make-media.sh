@@ -1,7 +1,7 @@
 #!/bin/sh
 # Makes the media that the tests play: make-media.sh FOLDER MOVING-PICTURES
 #
-# Each picture carries its number as a bar code, described in tests/support/frame_number.h. Numbers
+# Each picture carries its number as a bar code, described in tools/clips/frame_number.h. Numbers
 # start at 0 in each clip; the clips run at 30 pictures a second where nothing else is said.
 set -eu
 
