@@ -3,8 +3,6 @@
 #include <Elementary.h>
 #include <app_control.h>
 
-#include <string>
-
 #include "TslSignalMgr.h"
 
 class TslAppParserCtrl;

@@ -273,12 +273,7 @@ bool TslVideoPlayerMgrInside::_preparePlayer() {
 }
 
 bool TslVideoPlayerMgrInside::_pushPlayerView() {
-    if (m_pNaviframeCtrl == nullptr) {
-        TslError("NaviframeCtrl is nullptr.");
-        return false;
-    }
-    if (m_pSoundMgr == nullptr) {
-        TslError("SoundMgr is nullptr.");
+    if (!_hasNaviframeAndSound()) {
         return false;
     }
     if (m_pPlayerMgr == nullptr) {
@@ -323,12 +318,7 @@ void TslVideoPlayerMgrInside::_setVolumeButtonOfPlayerView(TslPlayerView *pPlaye
 }
 
 bool TslVideoPlayerMgrInside::_pushVolumeView() {
-    if (m_pNaviframeCtrl == nullptr) {
-        TslError("NaviframeCtrl is nullptr.");
-        return false;
-    }
-    if (m_pSoundMgr == nullptr) {
-        TslError("SoundMgr is nullptr.");
+    if (!_hasNaviframeAndSound()) {
         return false;
     }
 
@@ -388,6 +378,13 @@ void TslVideoPlayerMgrInside::_emitSignal(TslSignalType nSignalType, const void 
     TslSignalMgr::getInstance()->getSignal().emit(nSignalType, const_cast<void *>(pPayload));
 }
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_INSIDE()                  \
+    if (m_pVideoPlayerMgrInside == nullptr) {    \
+        TslError("There is no manager handle."); \
+        return;                                  \
+    }
+
 TslVideoPlayerMgr::TslVideoPlayerMgr(TslNaviframeController *pNaviframeCtrl)
     : m_pVideoPlayerMgrInside(new TslVideoPlayerMgrInside(pNaviframeCtrl)) {}
 
@@ -403,10 +400,7 @@ TslVideoPlayerMgr::~TslVideoPlayerMgr() {
 }
 
 void TslVideoPlayerMgr::create() {
-    if (m_pVideoPlayerMgrInside == nullptr) {
-        TslError("There is no manager handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     TslInfo("");
 
     m_pVideoPlayerMgrInside->_initAppConfig();
@@ -420,30 +414,21 @@ void TslVideoPlayerMgr::create() {
 }
 
 void TslVideoPlayerMgr::appControl(app_control_h hAppControl, bool bFirstLaunch) {
-    if (m_pVideoPlayerMgrInside == nullptr) {
-        TslError("There is no manager handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     TslInfo("");
 
     m_pVideoPlayerMgrInside->_appControl(hAppControl, bFirstLaunch);
 }
 
 void TslVideoPlayerMgr::appPause() {
-    if (m_pVideoPlayerMgrInside == nullptr) {
-        TslError("There is no manager handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     TslInfo("");
 
     m_pVideoPlayerMgrInside->_appPause();
 }
 
 void TslVideoPlayerMgr::appResume() {
-    if (m_pVideoPlayerMgrInside == nullptr) {
-        TslError("There is no manager handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     TslInfo("");
 
     m_pVideoPlayerMgrInside->_appResume();

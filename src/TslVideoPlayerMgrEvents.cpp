@@ -21,12 +21,16 @@ constexpr int MISSED_PLUGIN_AUDIO = 2;
 
 }  // namespace
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_USER_DATA(pUserData) \
+    if ((pUserData) == nullptr) {           \
+        TslError("There is no user data."); \
+        return;                             \
+    }
+
 void TslVideoPlayerMgrInside::_preparedCb(void *pUserData, void * /*pBuffer*/,
                                           unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 
     auto *pInside = static_cast<TslVideoPlayerMgrInside *>(pUserData);
@@ -40,10 +44,7 @@ void TslVideoPlayerMgrInside::_preparedCb(void *pUserData, void * /*pBuffer*/,
 
 void TslVideoPlayerMgrInside::_completedCb(void *pUserData, void * /*pBuffer*/,
                                            unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 
     auto *pInside = static_cast<TslVideoPlayerMgrInside *>(pUserData);
@@ -56,20 +57,14 @@ void TslVideoPlayerMgrInside::_completedCb(void *pUserData, void * /*pBuffer*/,
 
 void TslVideoPlayerMgrInside::_interruptedCb(void *pUserData, void * /*pBuffer*/,
                                              unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 
     _emitSignal(SIGNAL_PLAYER_PAUSE);
 }
 
 void TslVideoPlayerMgrInside::_errorCb(void *pUserData, void *pBuffer, unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
     if (pBuffer == nullptr) {
         TslError("Buffer, include occured error data, is nullptr.");
@@ -100,10 +95,7 @@ void TslVideoPlayerMgrInside::_errorCb(void *pUserData, void *pBuffer, unsigned 
 
 void TslVideoPlayerMgrInside::_seekCompletedCb(void *pUserData, void *pBuffer,
                                                unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 
     const bool bAccurate = *static_cast<const unsigned char *>(pBuffer) != 0;
@@ -120,38 +112,26 @@ void TslVideoPlayerMgrInside::_seekCompletedCb(void *pUserData, void *pBuffer,
 
 void TslVideoPlayerMgrInside::_bufferingCb(void *pUserData, void * /*pBuffer*/,
                                            unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 }
 
 void TslVideoPlayerMgrInside::_pdMessageCb(void *pUserData, void * /*pBuffer*/,
                                            unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 }
 
 // The record's text is freed by the time it arrives: it must not be followed.
 void TslVideoPlayerMgrInside::_subtitleUpdatedCb(void *pUserData, void * /*pBuffer*/,
                                                  unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 }
 
 void TslVideoPlayerMgrInside::_missedPluginInfoCb(void *pUserData, void *pBuffer,
                                                   unsigned int /*nBytes*/) {
-    if (pUserData == nullptr) {
-        TslError("There is no user data.");
-        return;
-    }
+    RETURN_WITHOUT_USER_DATA(pUserData);
     TslInfo("");
 
     switch (*static_cast<const int *>(pBuffer)) {
