@@ -281,25 +281,25 @@ bool _fastForwardTimerCb(void *pUserData) {
     return _seekByTick(pUserData, LONGPRESS_SEEK_STEP);
 }
 
+static void _startLongpressSeek(bool (*pTickCb)(void *)) {
+    if (inside()->m_pLongpressSeekTimer.lock() != nullptr) {
+        return;
+    }
+    inside()->m_pLongpressSeekTimer =
+        app_assist::WTimer::addTimer(LONGPRESS_SEEK_PERIOD, pTickCb, inside()->m_pMmPlayerHandle);
+}
+
 bool TslPlayerMgr::rewind() {
     TslInfo("");
     RETURN_WITHOUT_PLAYER(false);
-    if (inside()->m_pLongpressSeekTimer.lock() != nullptr) {
-        return true;
-    }
-    inside()->m_pLongpressSeekTimer = app_assist::WTimer::addTimer(
-        LONGPRESS_SEEK_PERIOD, _rewindTimerCb, inside()->m_pMmPlayerHandle);
+    _startLongpressSeek(_rewindTimerCb);
     return true;
 }
 
 bool TslPlayerMgr::fastForward() {
     TslInfo("");
     RETURN_WITHOUT_PLAYER(false);
-    if (inside()->m_pLongpressSeekTimer.lock() != nullptr) {
-        return true;
-    }
-    inside()->m_pLongpressSeekTimer = app_assist::WTimer::addTimer(
-        LONGPRESS_SEEK_PERIOD, _fastForwardTimerCb, inside()->m_pMmPlayerHandle);
+    _startLongpressSeek(_fastForwardTimerCb);
     return true;
 }
 
