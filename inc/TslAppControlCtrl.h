@@ -23,11 +23,12 @@ public:
 
     /// @return heap copy that the caller frees; null when absent or empty
     char *getUri();
+    /// @param szKey  null is refused
     /// @return heap copy that the caller frees; null when absent or empty
     char *getExtraData(const char *szKey);
 
     // The texts of these five are not freed by the caller. Each is valid on the calling thread
-    // until the same operation is called again there, on whatever object.
+    // until the same operation is called again there, on whatever object. Null: absent or empty.
     const char *getMime();
     const char *getAppId();
     const char *getCaller();
@@ -38,9 +39,12 @@ public:
     /// @return false when there is no array under the key
     bool getExtraDataArray(const char *szKey, char ***pArray, int *pLength);
 
+    // The setters copy what they are given. False: there is no request, or the text is null, or
+    // the platform refused, each of which is logged.
     bool setUri(const char *szUri);
     bool setAppId(const char *szAppId);
     bool setOperation(const char *szOperation);
+    /// Null texts are left to the platform to refuse.
     bool setExtraData(const char *szKey, const char *szValue);
     /// @param szArray  nLength texts, copied
     bool setExtraDataArray(const char *szKey, const char *szArray[], int nLength);
@@ -50,11 +54,14 @@ public:
     /// @return false when there is no request or the platform keeps it
     bool destroyAppControl();
     /// Replaces the request with a new, empty one.
+    /// @return false when the platform made none
     bool createAppControl();
 
     /// Sends the request without waiting for a reply.
     /// @return true also when the platform refused it, which is only logged; false without request
     bool sendLaunchRequest();
+    /// Asks the application that the request names to end.
+    /// @return false when there is no request or the platform refused it
     bool sendTerminateRequest();
 
 private:

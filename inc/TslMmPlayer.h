@@ -66,6 +66,8 @@ public:
     /// @return the platform's number of a program error, 0 for a type that has none. Any thread.
     static int getPlatformErrorCode(int nPlayerErrorType);
 
+    // Transport. Which state admits which operation is for the platform to say: a refusal is
+    // logged and answered with false.
     bool start();
     bool stop();
     bool pause();
@@ -73,12 +75,15 @@ public:
     bool unprepare();
     /// @param cb  called once, on a thread of the platform, with pUserData
     bool prepareAsync(player_prepared_cb cb, void *pUserData);
+    /// @param szUri  path or URI, copied; null is refused
     bool setUri(const char *szUri);
     /// @param nPosition  milliseconds from the start
     /// @param bAccurate  false when the nearest key frame will do
     /// @param cb         called once on a thread of the platform, which then owns pUserData
     bool setPosition(int nPosition, bool bAccurate, player_seek_completed_cb cb, void *pUserData);
 
+    // Callbacks, run on threads of the platform with pUserData until they are unset or replaced. A
+    // null function is refused. The one for missed plug-ins can't be unset.
     bool setErrorCb(player_error_cb cb, void *pUserData);
     bool setBufferingCb(player_buffering_cb cb, void *pUserData);
     bool setCompletedCb(player_completed_cb cb, void *pUserData);
@@ -95,18 +100,22 @@ public:
     bool unsetProgressiveDownloadMessageCb();
     bool unsetMediaPacketVideoFrameDecodeCb();
 
+    /// Shows or hides the video.
     bool setDisplayVisible(bool bVisible);
     /// @param szPath  null removes the subtitles
     bool setSubtitlePath(const char *szPath);
     /// @param nOffset  milliseconds
     bool setSubtitlePositionOffset(int nOffset);
+    /// @param szCookie  copied; null is refused
     bool setStreamingCookie(const char *szCookie);
+    /// @param szUserAgent  copied; null is refused
     bool setStreamingUserAgent(const char *szUserAgent);
     /// A mode out of range is sent as letter box.
     bool setDisplayMode(PlayerDisplayMode mode);
     /// @param nSize  bytes
     /// @param pData  stays with the caller and must outlive the playback
     bool setMemoryBuffer(int nSize, const void *pData);
+    /// @param szPath  file to download to, copied; null is refused
     bool setProgressiveDownloadPath(const char *szPath);
     /// A rotation out of range is sent as none.
     bool setDisplayRotation(PlayerDisplayRotation rotation);
@@ -125,14 +134,17 @@ public:
     int getDuration();
     /// @return pixels, 0 on failure
     int getVideoWidth();
+    /// @return pixels, 0 on failure
     int getVideoHeight();
     /// @return milliseconds, 0 on failure
     int getPosition();
     /// @return 0.0 to 1.0, -1.0 on failure
     float getVolumeLeft();
+    /// @return 0.0 to 1.0, -1.0 on failure
     float getVolumeRight();
     /// @return heap copy that the caller frees, null on failure
     char *getAudioCodecInfo();
+    /// @return heap copy that the caller frees, null on failure
     char *getVideoCodecInfo();
     bool getDisplayVisible();
     /// @param[out] pStart, pCurrent  percent
@@ -141,7 +153,9 @@ public:
     bool getProgressiveDownloadStatus(unsigned long *pCurrent, unsigned long *pTotalSize);
     /// @return the platform's state number, 1 to 4; 0 on failure or for any other state
     int getState();
+    /// @return letter box on failure or for a mode out of range
     PlayerDisplayMode getDisplayMode();
+    /// @return none on failure or for a rotation out of range
     PlayerDisplayRotation getDisplayRotation();
     bool getClosedCaptionExisted();
     /// @param cb  called on a thread of the platform

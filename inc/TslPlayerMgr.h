@@ -30,15 +30,23 @@ public:
     TslPlayerMgr(const TslPlayerMgr &) = delete;
     TslPlayerMgr &operator=(const TslPlayerMgr &) = delete;
 
+    /// Creates the player and registers its callbacks; true also when a registration failed.
+    /// @return false while there is a player
     bool createPlayer();
+    /// Destroys the player, whatever it does. The pipes stay for the next one.
     bool destroyPlayer();
 
-    /// Prepares synchronously; the prepared message is empty and comes on a later loop turn.
+    /// Prepares synchronously, in idle; the prepared message is empty and comes on a later loop
+    /// turn. Failures also go out as an error message.
+    /// @param szItemPath  path or URI, copied
     bool ready(const char *szItemPath);
-    /// Prepares asynchronously; the prepared message carries the bytes of the path. Failures also
-    /// go out as an error message.
+    /// Prepares asynchronously, in idle; the prepared message carries the bytes of the path.
+    /// Failures also go out as an error message.
+    /// @param szItemPath  path or URI, copied; null is refused
     bool readyAsync(const char *szItemPath);
+    /// Starts or goes on, from ready onwards; asks the platform also while it plays.
     bool play();
+    /// Whether the state admits it is left to the platform.
     bool pause();
     /// Stops and unprepares as far as the state asks for it; true whatever the platform answered.
     bool stop();
@@ -53,23 +61,30 @@ public:
     bool setPosition(int nPosition, bool bAccurate);
     /// The same, with the completion on a pipe of its own.
     bool setPositionAsLatestPlayedPosition(int nPosition, bool bAccurate);
-    /// True also when the platform refuses the rate.
+    /// While playing or paused; true also when the platform refuses the rate.
+    /// @param nSpeedRate  0.5 to 1.5, 1.0 being the medium's own speed
     bool setPlaySpeedRate(float nSpeedRate);
+    /// @param szSubtitlePath  file with subtitles, copied; null is refused
     bool setSubtitlePath(const char *szSubtitlePath);
+    /// Shows or hides the video, from ready onwards.
     bool setDisplayVisible(bool bVisible);
     /// @param nDisplayMode  0 to 5; true also when the platform refuses the mode
     bool setDisplayMode(PlayerDisplayMode nDisplayMode);
+    /// @param nDisplayRotation  0 to 3; anything else is sent as none
     bool setDisplayRotation(PlayerDisplayRotation nDisplayRotation);
     /// True also when the platform refuses the display.
     /// @param pDisplayId  handed to free() when the player's state is none, otherwise the caller's
     bool setDisplayID(void *pDisplayId, PlayerDisplayType type);
+    /// @param pStreamInfo  stays with the caller; only tested
     bool setAudioPolicyInfo(void *pStreamInfo);
     /// @param fLeft, fRight  0.0 to 1.0
     bool setPlayerVolume(float fLeft, float fRight);
 
     /// @return milliseconds
     int getPosition();
+    /// @return milliseconds
     int getDuration();
+    /// @return PLAY_STATE_NONE without a player or when the state can't be read
     PlayStateType getPlayerState();
     /// @return PLAYER_DISPLAY_MODE_TYPE_INVALID without a player
     PlayerDisplayMode getDisplayMode();
@@ -97,7 +112,9 @@ public:
     bool addCbPipeOfSetPositionAsLatestPlayedPosition(
         const TslPipeCb &pSeekCompletedAsLatestPlayedPositionPipeCb, void *pUserData);
     /// The function runs on a thread of the platform, once per decoded frame.
+    /// @param pUserData  passed to it; null is refused
     bool addCbOfVideoFrameDecode(player_media_packet_video_decoded_cb pVideoFrameDecodeCb,
                                  void *pUserData);
+    /// The function isn't called any more afterwards.
     bool delCbOfVideoFrameDecode();
 };

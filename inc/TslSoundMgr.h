@@ -17,6 +17,7 @@ public:
 
     /// @return false when another stream forbids it now, or on failure
     bool acquireAudioFocus();
+    /// @return true also when there is no stream to give a focus back for; false on failure
     bool releaseAudioFocus();
     /// @return the stream information, which stays with this object; null when there is none
     sound_stream_info_h getAudioPolicyInfoToSetPlayerMgr();
@@ -27,6 +28,7 @@ public:
     /// past the maximum otherwise; -1 on failure
     int getSafetyVolumeLevel();
     /// @param nVolume  level, passed on as it is
+    /// @return false when the platform refuses it
     bool setVolume(int nVolume);
     /// @return the media volume level, -1 on failure
     int getVolume();
@@ -34,6 +36,7 @@ public:
     char *getA2dpName();
     /// @return whether any external output device exists
     bool isSoundRouteAvailable();
+    /// @return whether an earjack or a Bluetooth set is connected
     bool isConnectEarjackOrBluetooth();
 
 private:
