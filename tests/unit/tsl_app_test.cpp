@@ -30,6 +30,7 @@ using testing::_;
 namespace {
 
 bool refuse_windows = false;
+int extensions_without_file = 0;
 
 }  // namespace
 
@@ -38,6 +39,14 @@ extern "C" Evas_Object *elm_win_add(Evas_Object *parent, const char *name, Elm_W
     using Add = Evas_Object *(*)(Evas_Object *, const char *, Elm_Win_Type);
     static const auto add = reinterpret_cast<Add>(dlsym(RTLD_NEXT, "elm_win_add"));
     return refuse_windows ? nullptr : add(parent, name, type);
+}
+
+/// The same: what is added without a file leaves no trace in the toolkit's list.
+extern "C" void elm_theme_extension_add(Elm_Theme *theme, const char *item) {
+    using Add = void (*)(Elm_Theme *, const char *);
+    static const auto add = reinterpret_cast<Add>(dlsym(RTLD_NEXT, "elm_theme_extension_add"));
+    extensions_without_file += item == nullptr ? 1 : 0;
+    add(theme, item);
 }
 
 namespace {
@@ -165,8 +174,10 @@ TEST_F(App, AMissingResourceFolderIsLoggedAndStartUpGoesOn) {
     EXPECT_CALL(mock::ui_app(), app_get_resource_path).WillRepeatedly([] {
         return static_cast<char *>(nullptr);
     });
+    extensions_without_file = 0;
     EXPECT_TRUE(life.callback.create(life.data));
     EXPECT_TRUE(LoggedWarn("It is failed to get edjPath. [edje/tessel.edj]"));
+    EXPECT_EQ(extensions_without_file, 1);
     EXPECT_NE(manager(), nullptr);
     life.callback.terminate(life.data);
     testing::Mock::VerifyAndClearExpectations(&mock::ui_app());

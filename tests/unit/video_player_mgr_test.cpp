@@ -472,6 +472,11 @@ TEST_F(OpeningAnItem, AMissingStreamFails) {
     expect_failure("* Critical * It is failed to get audio policy info from sound manager.");
 }
 
+TEST_F(OpeningAnItem, APlayerWithoutThePlatformsFails) {
+    EXPECT_CALL(mock::player(), player_create).WillOnce(Return(PLAYER_ERROR_OUT_OF_MEMORY));
+    expect_failure("* Critical * It is failed to set audio policy info to player manager.");
+}
+
 TEST_F(OpeningAnItem, ARefusedDisplayFails) {
     TslUtils::setGlobalWindow(nullptr);
     expect_failure("* Critical * It is failed to set display ID to player manager.");
