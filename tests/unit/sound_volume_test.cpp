@@ -41,6 +41,8 @@ protected:
 
 class SoundDevices : public SoundMgrTest {};
 
+class FirstVolumeReport : public SoundMgrTest {};
+
 int payload_of(const void *payload) {
     return static_cast<int>(reinterpret_cast<std::intptr_t>(payload));
 }
@@ -173,6 +175,18 @@ TEST_F(SoundVolume, LevelZeroIsANullPayload) {
     mock::fake_sound().change_volume(media, 0);
     ASSERT_TRUE(emitted(1));
     EXPECT_EQ(signals()[0].payload, nullptr);
+}
+
+// The last level belongs to the process, so the first report needs a process of its own.
+TEST_F(FirstVolumeReport, PassesWhateverItsLevel) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto report = [this](int level) {
+        create();
+        TslSoundMgrInside::_PipeCbForVolumeChanged(&inside(), &level, sizeof level);
+        std::_Exit(static_cast<int>(signals().size()));
+    };
+    EXPECT_EXIT(report(0), testing::ExitedWithCode(1), "");
+    EXPECT_EXIT(report(15), testing::ExitedWithCode(1), "");
 }
 
 TEST_F(SoundVolume, SecondReportOfTheSameLevelIsDropped) {
