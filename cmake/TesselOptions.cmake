@@ -36,3 +36,13 @@ function(tessel_host_target target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20)
     target_link_libraries(${target} PRIVATE tessel-warnings)
 endfunction()
+
+# A test's own code is compiled for a short build: what the sanitizers are to watch is the code that
+# it calls, and the undefined behaviour sanitizer triples what the compiler does to a test.
+function(tessel_test_target target)
+    tessel_host_target(${target})
+    target_compile_options(${target} PRIVATE -O0)
+    if(TESSEL_SANITIZE STREQUAL "address")
+        target_compile_options(${target} PRIVATE -fno-sanitize=undefined)
+    endif()
+endfunction()
