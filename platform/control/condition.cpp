@@ -72,11 +72,25 @@ Condition::Comparison Condition::parse(std::string_view text) {
                 if (value.empty()) {
                     break;
                 }
-                return {parse_path(trim(text.substr(0, place))), op, parse_value(value)};
+                Comparison comparison{parse_path(trim(text.substr(0, place))), op,
+                                      parse_value(value)};
+                if (op != Operator::equal && op != Operator::unequal &&
+                    !comparison.value.is_number()) {
+                    throw UsageError("only numbers have an order");
+                }
+                return comparison;
             }
         }
     }
     throw UsageError("a condition is KEY OP VALUE, such as position>=5000");
+}
+
+void Condition::check_names(const Json &state) const {
+    for (const Comparison &comparison : comparisons_) {
+        if (!state.contains(comparison.path.front())) {
+            throw UsageError("the state has no '" + comparison.path.front() + "'");
+        }
+    }
 }
 
 bool Condition::holds(const Json &state) const {
@@ -85,9 +99,6 @@ bool Condition::holds(const Json &state) const {
 }
 
 bool Condition::holds(const Comparison &comparison, const Json &state) {
-    if (!state.contains(comparison.path.front())) {
-        throw UsageError("the state has no '" + comparison.path.front() + "'");
-    }
     Json actual = state;
     for (const std::string &name : comparison.path) {
         // Below an absent part there is nothing, which is a state like any other.
@@ -103,9 +114,6 @@ bool Condition::holds(const Comparison &comparison, const Json &state) {
         return actual != comparison.value;
     default:
         break;
-    }
-    if (!comparison.value.is_number()) {
-        throw UsageError("only numbers have an order");
     }
     if (!actual.is_number()) {
         return false;

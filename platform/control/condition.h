@@ -15,11 +15,12 @@ namespace host::control {
 /// object counts as true and null as false.
 class Condition {
 public:
-    /// @throws UsageError for what can't be a condition
+    /// @throws UsageError for what can't be a condition, as is an order of what has none
     explicit Condition(std::string_view text);
 
-    /// @throws UsageError when `state` has no such key at its top, or an order is asked of what
-    /// has none
+    /// @throws UsageError when `state` lacks a name that the condition begins a path with
+    void check_names(const Json &state) const;
+    /// Throws nothing, since it is asked from the main loop, too. What `state` lacks is null.
     [[nodiscard]] bool holds(const Json &state) const;
 
 private:

@@ -25,6 +25,7 @@ void Waits::add(Condition condition, const std::string &text, int deadline_ms,
     }
     const double now = ecore_time_get();
     const Json state = read_state();
+    condition.check_names(state);
     if (condition.holds(state)) {
         responder.done(outcome(state, now));
         return;

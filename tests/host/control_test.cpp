@@ -98,7 +98,11 @@ TEST(ControlRequest, CodesHaveANameANumberAndTheirBits) {
 
 class ControlCondition : public testing::Test {
 protected:
-    [[nodiscard]] bool holds(const char *text) const { return Condition(text).holds(state); }
+    [[nodiscard]] bool holds(const char *text) const {
+        const Condition condition(text);
+        condition.check_names(state);
+        return condition.holds(state);
+    }
 
     Json state = {
         {"player", "playing"}, {"position", 5000},
@@ -149,6 +153,17 @@ TEST_F(ControlCondition, NonsenseIsRefused) {
                              "player>=playing", "position>=true"}) {
         EXPECT_THROW((void)holds(text), UsageError) << text;
     }
+}
+
+// Whoever waits is asked again from the main loop, where nothing catches a refusal.
+TEST_F(ControlCondition, NonsenseBehindWhatDoesNotHoldYetIsRefusedAtOnce) {
+    EXPECT_THROW((void)holds("player==paused && nothing==1"), UsageError);
+    EXPECT_THROW((void)holds("player==paused && position>=soon"), UsageError);
+}
+
+TEST_F(ControlCondition, ThrowsNothingOnceItIsMade) {
+    EXPECT_FALSE(Condition("nothing==1").holds(state));
+    EXPECT_FALSE(Condition("nothing>=1").holds(state));
 }
 
 // Places.
