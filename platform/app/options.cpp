@@ -1,5 +1,6 @@
 #include "app/options.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -15,6 +16,8 @@ namespace host {
 namespace {
 
 constexpr int kWrongUse = 2;
+constexpr std::string_view kHelp = "--help";
+constexpr std::string_view kVersion = "--version";
 constexpr int kSmallestScreen = 64;
 constexpr int kLargestScreen = 8192;
 
@@ -44,8 +47,12 @@ struct WrongUse : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Control characters would make more of the message than one line.
 std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
+    std::string shown = "'" + std::string(text) + "'";
+    std::replace_if(
+        shown.begin(), shown.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
+    return shown;
 }
 
 template <typename Number>
@@ -155,9 +162,9 @@ public:
                 take_target(argument);
             } else if (argument == "--") {
                 options_ended = true;
-            } else if (argument == "--help") {
+            } else if (argument == kHelp) {
                 return CommandLineEnd{0, kUsage};
-            } else if (argument == "--version") {
+            } else if (argument == kVersion) {
                 return CommandLineEnd{0, "tessel " TESSEL_VERSION "\n"};
             } else {
                 take_option(argument);
@@ -181,10 +188,11 @@ private:
     void take_option(const std::string &argument) {
         const std::size_t equals = argument.find('=');
         const std::string name = argument.substr(0, equals);
-        if (const Flag *flag = find_option(kFlags, name)) {
-            if (equals != std::string::npos) {
-                throw WrongUse(name + " takes no value");
-            }
+        const Flag *flag = find_option(kFlags, name);
+        if (equals != std::string::npos && (flag != nullptr || name == kHelp || name == kVersion)) {
+            throw WrongUse(name + " takes no value");
+        }
+        if (flag != nullptr) {
             options_.*flag->field = true;
             return;
         }

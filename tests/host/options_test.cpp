@@ -68,6 +68,8 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{{"--profile", "phone"}, "--profile knows watch only, not 'phone'"},
         Wrong{{"--profile"}, "--profile needs a value"},
         Wrong{{"--headless=yes"}, "--headless takes no value"},
+        Wrong{{"--help=yes"}, "--help takes no value"},
+        Wrong{{"--two\nlines"}, "unknown option '--two?lines'"},
         Wrong{{"--screenshot", "a.png"},
               "--screenshot needs FILE@SECONDS, as in shot.png@2.5, not 'a.png'"},
         Wrong{{"--screenshot", "@2"},
