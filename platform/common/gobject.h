@@ -23,6 +23,12 @@ struct GErrorFree {
 };
 using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
 
+struct GFree {
+    void operator()(gpointer memory) const { g_free(memory); }
+};
+/// Owner of a text of GLib's.
+using GText = std::unique_ptr<char, GFree>;
+
 /// Receives a GError from a call: `GErrorPtr error; call(..., out(error))`.
 class GErrorOut {
 public:

@@ -11,11 +11,6 @@ namespace {
 
 constexpr const char *kUriCharacters = ":/?#[]@!$&'()*+,;=%";
 
-struct GFree {
-    void operator()(char *text) const { g_free(text); }
-};
-using GText = std::unique_ptr<char, GFree>;
-
 // The media as the desktop's interface wants it, a proper URI; empty when there is none.
 std::string media_uri(const app_control_s &request) {
     if (request.uri && !request.uri->empty() &&

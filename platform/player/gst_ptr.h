@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "common/gobject.h"
+
 namespace host {
 
 struct GstObjectUnref {
@@ -19,10 +21,5 @@ struct GstMiniObjectUnref {
 /// Owner of one reference to a sample, a buffer, caps or another of GStreamer's light objects.
 template <typename T>
 using GstMiniPtr = std::unique_ptr<T, GstMiniObjectUnref>;
-
-struct GFree {
-    void operator()(gpointer memory) const { g_free(memory); }
-};
-using GCharPtr = std::unique_ptr<gchar, GFree>;
 
 }  // namespace host

@@ -87,17 +87,17 @@ std::optional<MediaSource> MediaSource::parse(std::string_view given, std::strin
         return source;
     }
     if (scheme) {
-        const GCharPtr path(g_filename_from_uri(source.given_.c_str(), nullptr, nullptr));
+        const GText path(g_filename_from_uri(source.given_.c_str(), nullptr, nullptr));
         if (!path) {
             why = "the address is malformed";
             return std::nullopt;
         }
         source.path_ = path.get();
     } else {
-        const GCharPtr path(g_canonicalize_filename(source.given_.c_str(), nullptr));
+        const GText path(g_canonicalize_filename(source.given_.c_str(), nullptr));
         source.path_ = path.get();
     }
-    const GCharPtr uri(g_filename_to_uri(source.path_.c_str(), nullptr, nullptr));
+    const GText uri(g_filename_to_uri(source.path_.c_str(), nullptr, nullptr));
     if (!uri) {
         why = "the name is malformed";
         return std::nullopt;

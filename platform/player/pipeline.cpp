@@ -54,7 +54,7 @@ void take_orientation(GstEvent *event, VideoOutput &video) {
     gst_event_parse_tag(event, &tags);
     gchar *text = nullptr;
     if (gst_tag_list_get_string(tags, GST_TAG_IMAGE_ORIENTATION, &text)) {
-        const GCharPtr orientation(text);
+        const GText orientation(text);
         video.set_orientation(orientation_of(orientation.get()));
     }
 }

@@ -289,7 +289,7 @@ void Playback::handle_tags(GstMessage *message) {
         gchar *name = nullptr;
         if (gst_tag_list_get_string(tags.get(), video ? GST_TAG_VIDEO_CODEC : GST_TAG_AUDIO_CODEC,
                                     &name)) {
-            const GCharPtr owned(name);
+            const GText owned(name);
             listener_.on_codec(video, name);
         }
     }
@@ -303,7 +303,7 @@ void Playback::handle_element(GstMessage *message) {
     if (!type) {
         return;
     }
-    const GCharPtr detail(gst_missing_plugin_message_get_description(message));
+    const GText detail(gst_missing_plugin_message_get_description(message));
     missed_.push_back({*type, detail ? detail.get() : ""});
     // Before that it may yet turn out that nothing of the medium can be played.
     if (prepared_) {
@@ -321,7 +321,7 @@ void Playback::handle_progress(GstMessage *message) {
     GstProgressType type = GST_PROGRESS_TYPE_CONTINUE;
     gchar *code = nullptr;
     gst_message_parse_progress(message, &type, &code, nullptr);
-    const GCharPtr owned(code);
+    const GText owned(code);
     if (live_ && type == GST_PROGRESS_TYPE_COMPLETE && std::string_view(code) == "open" &&
         waiting_ == Wait::preparing) {
         end_wait();

@@ -25,11 +25,6 @@ struct KeyFileFree {
 };
 using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileFree>;
 
-struct GFree {
-    void operator()(char *text) const { g_free(text); }
-};
-using GText = std::unique_ptr<char, GFree>;
-
 // What tells that a file is another than the one read before.
 struct FileStamp {
     ino_t inode = 0;
@@ -96,8 +91,14 @@ public:
         if (!split) {
             return false;
         }
-        overrides_[name] = value;
-        return name.starts_with(kVolatilePrefix) || write(*split, value);
+        const bool written = !name.starts_with(kVolatilePrefix) && write(*split, value);
+        if (written) {
+            // From here on the file says it, and a later change of it counts.
+            overrides_.erase(name);
+        } else {
+            overrides_[name] = value;
+        }
+        return written || name.starts_with(kVolatilePrefix);
     }
 
 private:

@@ -113,6 +113,13 @@ TEST_F(Settings, AreWrittenBesideWhatStandsInTheFile) {
     EXPECT_NE(file.find("colour=dark red"), std::string::npos);
 }
 
+TEST_F(Settings, FollowTheFileAfterTheyWereSetHereToo) {
+    EXPECT_TRUE(host::set_setting("db/test/shade", "light"));
+    EXPECT_EQ(text_of("db/test/shade"), "light");
+    write_file("[db/test]\nshade=dark grey\n");
+    EXPECT_EQ(text_of("db/test/shade"), "dark grey");
+}
+
 TEST_F(Settings, AreWrittenInOnePiece) {
     write_file("[db/test]\ntext=old\n");
     const std::string file = settings_file();
