@@ -82,7 +82,11 @@ PlaybackFault fault_of_message(GstMessage *message, bool remote) {
     } else if (error->domain == GST_CORE_ERROR) {
         code = code_of_core_error(error->code);
     }
-    return {code, error->message};
+    // A source that a server refuses or leaves says nothing of it in its text.
+    const bool lost =
+        remote && g_error_matches(error.get(), GST_STREAM_ERROR, GST_STREAM_ERROR_FAILED) != FALSE;
+    return {code,
+            lost ? "the server can't be reached, or has ended the connection" : error->message};
 }
 
 bool ends_playback(int code) {
