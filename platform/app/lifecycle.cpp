@@ -17,6 +17,7 @@
 #include "app/command_line.h"
 #include "app/environment.h"
 #include "app/exit_status.h"
+#include "common/fd_watch.h"
 #include "common/main_loop.h"
 #include "common/service_thread.h"
 #include "control/control.h"
@@ -148,16 +149,7 @@ int Application::run_shell() {
 }
 
 void Application::run_loop() {
-    struct HandlerDelete {
-        void operator()(Ecore_Fd_Handler *handler) const { ecore_main_fd_handler_del(handler); }
-    };
-    const std::unique_ptr<Ecore_Fd_Handler, HandlerDelete> signal_handler(ecore_main_fd_handler_add(
-        signals_.fd(), ECORE_FD_READ,
-        [](void *, Ecore_Fd_Handler *) {
-            request_exit();
-            return ECORE_CALLBACK_RENEW;
-        },
-        nullptr, nullptr, nullptr));
+    const FdWatch signal_watch(signals_.fd(), request_exit);
     if (options().headless && !options().control) {
         popup_closer_.emplace();
     }

@@ -1,35 +1,16 @@
 #pragma once
 
-#include <Ecore.h>
-
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "common/fd_watch.h"
 #include "common/unique_fd.h"
 #include "control/commands.h"
 #include "control/line_buffer.h"
 
 namespace host::control {
-
-/// A watch of a descriptor by the main loop.
-class FdWatch {
-public:
-    /// `ready` may destroy the watch.
-    FdWatch(int fd, std::function<void()> ready);
-    ~FdWatch();
-    FdWatch(const FdWatch &) = delete;
-    FdWatch &operator=(const FdWatch &) = delete;
-
-    void watch_for(bool reading, bool writing);
-
-private:
-    static Eina_Bool fire(void *data, Ecore_Fd_Handler *handler);
-
-    std::function<void()> ready_;
-    Ecore_Fd_Handler *handler_;
-};
 
 /// One connection. Its requests are carried out one after the other, each replied to before the
 /// next is begun. Thread: main loop.

@@ -13,6 +13,8 @@
 #include <optional>
 #include <string>
 
+#include "common/fd_watch.h"
+#include "common/unique_fd.h"
 #include "control/address.h"
 #include "control/client.h"
 #include "control/commands.h"
@@ -85,7 +87,7 @@ private:
     UniqueFd fd_;
     control::Commands commands_;
     std::list<std::unique_ptr<control::Client>> clients_;
-    control::FdWatch watch_;
+    FdWatch watch_;
 };
 
 std::unique_ptr<Server> &server() {

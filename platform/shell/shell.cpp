@@ -66,6 +66,14 @@ Shell::Shell(std::unique_ptr<TopWindow> top)
                               enter_foreground();
                           }
                       }});
+    if (!top_->in_memory()) {
+        // The kernel tells everybody who may read of a dial; it is meant for one window.
+        dials_.emplace([this](int detents) {
+            if (top_->focused()) {
+                input_.bezel().turn_by_hand(detents);
+            }
+        });
+    }
     if (options().fullscreen && !top_->in_memory()) {
         top_->show_fullscreen();
     } else {

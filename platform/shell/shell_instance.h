@@ -1,5 +1,6 @@
 #pragma once
 
+#include "rotary/dial_devices.h"
 #include "shell/evas_object.h"
 #include "shell/frame_image.h"
 #include "shell/geometry.h"
@@ -9,6 +10,7 @@
 #include "shell/video_image.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace host {
@@ -52,6 +54,7 @@ private:
     EvasObject lid_;    ///< never shown; the frame is stacked below it
     FrameImage frame_;
     Input input_;
+    std::optional<DialDevices> dials_;  ///< none where nobody sees what they turn
     std::vector<std::unique_ptr<ProgramWindow>> windows_;  ///< oldest first
     Geometry geometry_;
     int rotation_ = 0;

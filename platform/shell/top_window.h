@@ -42,6 +42,10 @@ public:
     [[nodiscard]] Evas_Object *widget() const { return widget_.get(); }
     /// Whether nothing but memory is behind the window.
     [[nodiscard]] bool in_memory() const { return desktop_ == nullptr; }
+    /// Whether the desktop gives this window what is typed.
+    [[nodiscard]] bool focused() const {
+        return desktop_ != nullptr && ecore_evas_focus_get(desktop_.get()) != EINA_FALSE;
+    }
     /// Size of the screen that the window is on, in pixels; 0 x 0 when there is none.
     void screen_size(int &w, int &h) const;
     /// Draws what has changed, now.
