@@ -235,6 +235,7 @@ int sound_manager_free_device_list(sound_device_list_h device_list);
  */
 int sound_manager_get_next_device(sound_device_list_h device_list, sound_device_h *device);
 
+/** @return INVALID_PARAMETER for a null argument; a device whose list was freed is undefined */
 int sound_manager_get_device_type(sound_device_h device, sound_device_type_e *type);
 
 /**

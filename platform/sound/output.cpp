@@ -16,6 +16,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/unique_fd.h"
+
 namespace host {
 namespace {
 
@@ -26,36 +28,29 @@ class Socket {
 public:
     explicit Socket(int family)
         : fd_(socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-    ~Socket() {
-        if (fd_ >= 0) {
-            close(fd_);
-        }
-    }
-    Socket(const Socket &) = delete;
-    Socket &operator=(const Socket &) = delete;
 
     [[nodiscard]] bool connects(const sockaddr *address, socklen_t size) const {
-        if (fd_ < 0) {
+        if (!fd_) {
             return false;
         }
-        if (connect(fd_, address, size) == 0) {
+        if (connect(fd_.get(), address, size) == 0) {
             return true;
         }
         // A full backlog (EAGAIN) is a server that doesn't answer.
         if (errno != EINPROGRESS) {
             return false;
         }
-        pollfd ready{fd_, POLLOUT, 0};
+        pollfd ready{fd_.get(), POLLOUT, 0};
         if (poll(&ready, 1, kConnectDeadlineMs) != 1) {
             return false;
         }
         int error = 0;
         socklen_t length = sizeof error;
-        return getsockopt(fd_, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error == 0;
+        return getsockopt(fd_.get(), SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error == 0;
     }
 
 private:
-    int fd_;
+    UniqueFd fd_;
 };
 
 bool local_socket_answers(const std::string &path) {
