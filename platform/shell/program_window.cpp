@@ -222,9 +222,14 @@ void ProgramWindow::finger_down(int x, int y) {
         return;
     }
     finger_is_down_ = true;
+    const std::weak_ptr<bool> alive = alive_;
     evas_event_feed_mouse_in(canvas_, event_time(), nullptr);
-    feed_position(x, y);
-    evas_event_feed_mouse_down(canvas_, kFinger, EVAS_BUTTON_NONE, event_time(), nullptr);
+    if (!alive.expired()) {
+        feed_position(x, y);
+    }
+    if (!alive.expired()) {
+        evas_event_feed_mouse_down(canvas_, kFinger, EVAS_BUTTON_NONE, event_time(), nullptr);
+    }
 }
 
 void ProgramWindow::finger_move(int x, int y) {
