@@ -53,6 +53,9 @@ void prepare_environment(Options &options) {
     // Without a system bus the toolkit prints pages that tell the user nothing.
     setenv("EINA_LOG_LEVEL", "0", kKeep);
     setenv("EINA_LOG_BACKTRACE", "-1", kKeep);
+    // They speak to the system bus while the process waits, without end when it doesn't answer, and
+    // what they learn there the host asks for itself.
+    setenv("ECORE_NO_SYSTEM_MODULES", "1", kKeep);
     choose_engine(options);
     if (!session_bus_address()) {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kReplace);
