@@ -44,7 +44,7 @@ build() {
             if ($2 >= last + $3 / 20 || $2 == $3) { print "   " $2 " of " $3; last = $2 }
             fflush()
         }'; then
-        grep -A 30 -m 1 -E 'error|FAILED' "$dir/build.log" >&2
+        grep -A 30 -m 1 -E 'error|FAILED' "$dir/build.log" >&2 || true
         fail "building $preset failed; the whole output is in $dir/build.log"
     fi
 }
