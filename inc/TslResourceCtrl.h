@@ -20,8 +20,7 @@ public:
     std::string getTextDomain();
 
     /// @return heap copy of the resource folder, ending in "/", that the caller frees; null when
-    /// the
-    ///     platform can't tell it
+    ///     the platform can't tell it
     char *getAppResourcePath();
 
     /// Puts the resource folder before `szResourcePath`, which has no leading "/". The result is

@@ -1,5 +1,6 @@
 #include "TslButton.h"
 
+#include <dlfcn.h>
 #include <dlog.h>
 
 #include <cstring>
@@ -20,6 +21,23 @@ using testing::StrEq;
 
 constexpr char check_icon[] = "tw_ic_popup_btn_check.png";
 constexpr char icon_part[] = "icon";
+
+/// The text domain of the label that was set last.
+std::string g_domain;
+
+}  // namespace
+
+// The program's calls come here first.
+extern "C" void elm_object_domain_translatable_part_text_set(Evas_Object *object, const char *part,
+                                                             const char *domain, const char *text) {
+    static auto *const own =
+        reinterpret_cast<decltype(&elm_object_domain_translatable_part_text_set)>(
+            dlsym(RTLD_NEXT, "elm_object_domain_translatable_part_text_set"));
+    g_domain = domain != nullptr ? domain : "none";
+    own(object, part, domain, text);
+}
+
+namespace {
 
 void count(void *data, Evas_Object *, void *) {
     ++*static_cast<int *>(data);
@@ -100,15 +118,29 @@ using ButtonText = ButtonTest;
 
 TEST_F(ButtonText, IsALabelOfTheGivenDomain) {
     const TslButton *button = add(nullptr, "SOME_ID", "films");
+    EXPECT_EQ(g_domain, "films");
     EXPECT_STREQ(elm_object_translatable_part_text_get(button->getEvasObject(), nullptr),
                  "SOME_ID");
     EXPECT_STREQ(elm_object_text_get(button->getEvasObject()), "SOME_ID");
 }
 
-TEST_F(ButtonText, IsReplaced) {
+TEST_F(ButtonText, HasNoDomainAtFirstWhereNoneWasGiven) {
+    add(nullptr, "SOME_ID", nullptr);
+    EXPECT_EQ(g_domain, "none");
+}
+
+TEST_F(ButtonText, IsReplacedInItsDomain) {
     TslButton *button = add(nullptr, "SOME_ID", "films");
+    g_domain.clear();
     button->setText("OTHER_ID");
     EXPECT_STREQ(elm_object_text_get(button->getEvasObject()), "OTHER_ID");
+    EXPECT_EQ(g_domain, "films");
+}
+
+TEST_F(ButtonText, IsReplacedInTheProgramsDomainWhereNoneWasGiven) {
+    TslButton *button = add(nullptr, "SOME_ID", nullptr);
+    button->setText("OTHER_ID");
+    EXPECT_EQ(g_domain, "tessel");
 }
 
 TEST_F(ButtonText, StaysOnScreenForANullText) {
@@ -193,6 +225,14 @@ TEST_F(ButtonIcon, FillsItsPart) {
     button->setIcon(image, icon_part);
     EXPECT_EQ(elm_object_part_content_get(button->getEvasObject(), icon_part), image);
     EXPECT_TRUE(evas_object_visible_get(image));
+    double x = 0.0;
+    double y = 0.0;
+    evas_object_size_hint_weight_get(image, &x, &y);
+    EXPECT_EQ(x, 1.0);
+    EXPECT_EQ(y, 1.0);
+    evas_object_size_hint_align_get(image, &x, &y);
+    EXPECT_EQ(x, -1.0);
+    EXPECT_EQ(y, -1.0);
 }
 
 TEST_F(ButtonIcon, ReplacesTheFormerOne) {

@@ -22,6 +22,26 @@ extern "C" int _nl_msg_cat_cntr;
 
 namespace {
 
+bool g_no_time_texts = false;
+
+bool is_time(const char *text) {
+    return std::strlen(text) == 5 && text[2] == ':';
+}
+
+}  // namespace
+
+// Memory runs out where a test wants it to: that is what keeps the text of a time from being made.
+extern "C" char *strdup(const char *text) noexcept {
+    if (g_no_time_texts && is_time(text)) {
+        return nullptr;
+    }
+    const std::size_t size = std::strlen(text) + 1;
+    void *const copy = std::malloc(size);
+    return copy != nullptr ? static_cast<char *>(std::memcpy(copy, text, size)) : nullptr;
+}
+
+namespace {
+
 using screens::Emission;
 using testing::_;
 using testing::DoAll;
@@ -494,6 +514,18 @@ TEST_F(PlayerViewTimes, ShowsMinutesAndSeconds) {
     EXPECT_EQ(text(duration_part), "02:05");
 }
 
+TEST_F(PlayerViewTimes, ShowThreeFieldsOfNoughtWhenTheirTextsCannotBeMade) {
+    push_hidden();
+    view().setProgressValues(61000, 3725000);
+    g_no_time_texts = true;
+    view().setProgressValues(62000, 3725000);
+    g_no_time_texts = false;
+    EXPECT_EQ(text(played_part), "00:00:00");
+    EXPECT_EQ(text(duration_part), "00:00:00");
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn("It is failed to get played time."),
+                                  logs::warn("It is failed to get duration time.")}));
+}
+
 TEST_F(PlayerViewTimes, ReportsAMissingLayout) {
     view().setProgressValues(0, 0);
     EXPECT_TRUE(
@@ -622,6 +654,17 @@ TEST_F(PlayerViewSentence, FollowsTheTableOfPhrases) {
         set_texts("01:00", time);
         EXPECT_EQ(sentence(), "1 minute of " + std::string(phrase)) << time;
     }
+}
+
+TEST_F(PlayerViewSentence, IsMissingUntilBothTextsAreThere) {
+    push_with_timer();
+    logs::clear();
+    EXPECT_EQ(sentence(), "");
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Playing time is nullptr")}));
+    elm_object_part_text_set(layout(), played_part, "00:05");
+    logs::clear();
+    EXPECT_EQ(sentence(), "");
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Duration is nullptr")}));
 }
 
 TEST_F(PlayerViewSentence, ReadsTheFallbackAsNothing) {

@@ -1,5 +1,6 @@
 #include "TslUtils.h"
 
+#include <dlfcn.h>
 #include <dlog.h>
 #include <gmock/gmock.h>
 
@@ -26,6 +27,14 @@ struct Screen {
 };
 Screen screen;
 std::vector<std::string> languages;
+/// Labels that were told to slide.
+std::vector<const Evas_Object *> sliding;
+bool refuses_objects = false;
+
+template <typename Function>
+Function *toolkits_own(const char *name) {
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
 
 }  // namespace
 
@@ -42,6 +51,22 @@ int elm_win_rotation_get(const Evas_Object *) {
 }
 void elm_language_set(const char *language) {
     languages.emplace_back(language);
+}
+void elm_label_slide_go(Evas_Object *label) {
+    sliding.push_back(label);
+}
+Evas_Object *elm_icon_add(Evas_Object *parent) {
+    static auto *const own = toolkits_own<decltype(elm_icon_add)>("elm_icon_add");
+    return refuses_objects ? nullptr : own(parent);
+}
+Evas_Object *elm_image_add(Evas_Object *parent) {
+    static auto *const own = toolkits_own<decltype(elm_image_add)>("elm_image_add");
+    return refuses_objects ? nullptr : own(parent);
+}
+Elm_Genlist_Item_Class *elm_genlist_item_class_new() {
+    static auto *const own =
+        toolkits_own<decltype(elm_genlist_item_class_new)>("elm_genlist_item_class_new");
+    return refuses_objects ? nullptr : own();
 }
 }
 
@@ -127,6 +152,13 @@ TEST_F(Icon, NeedsAParent) {
     EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * pParent is nullptr")}));
 }
 
+TEST_F(Icon, NeedsAnObjectOfTheToolkit) {
+    refuses_objects = true;
+    EXPECT_EQ(TslUtils::createIcon(window(), TSL_EDJ_FILE, "tw_ic_popup_btn_check.png"), nullptr);
+    refuses_objects = false;
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Fail to add elm_icon object.")}));
+}
+
 TEST_F(Icon, LeavesNothingBehindWithoutPath) {
     hide_resources();
     const int before = objects();
@@ -151,6 +183,13 @@ TEST_F(Image, IsMadeFromAnImageOfTheTheme) {
     ASSERT_NE(image, nullptr);
     EXPECT_STREQ(elm_object_widget_type_get(image), "Elm_Image");
     EXPECT_FALSE(evas_object_visible_get(image));
+}
+
+TEST_F(Image, NeedsAnObjectOfTheToolkit) {
+    refuses_objects = true;
+    EXPECT_EQ(TslUtils::createImage(window(), TSL_EDJ_FILE, "tw_ic_popup_btn_check.png"), nullptr);
+    refuses_objects = false;
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Fail to add elm_image object.")}));
 }
 
 TEST_F(Image, NeedsAParentAPathAndAGroup) {
@@ -232,15 +271,19 @@ using SliderText = WidgetsTest;
 TEST_F(SliderText, SlidesWhatIsTooLong) {
     Evas_Object *label = TslUtils::createSliderText(window(), "marker", "a text");
     ASSERT_NE(label, nullptr);
+    EXPECT_STREQ(elm_object_style_get(label), "marker");
+    EXPECT_EQ(sliding.back(), label);
     EXPECT_EQ(elm_label_slide_mode_get(label), static_cast<Elm_Label_Slide_Mode>(1));
     EXPECT_EQ(elm_label_wrap_width_get(label), 1);
     EXPECT_STREQ(elm_object_text_get(label), "a text");
     EXPECT_TRUE(evas_object_visible_get(label));
 }
 
-TEST_F(SliderText, MayBeEmpty) {
+TEST_F(SliderText, MayBeEmptyAndSlidesAllTheSame) {
+    sliding.clear();
     Evas_Object *label = TslUtils::createSliderText(window(), "default", nullptr);
     ASSERT_NE(label, nullptr);
+    EXPECT_THAT(sliding, ElementsAre(label));
     EXPECT_STREQ(elm_object_text_get(label), elm_object_text_get(elm_label_add(window())));
 }
 
@@ -269,6 +312,13 @@ TEST(GenlistItemClass, HoldsItsStyleAndItsTwoGetters) {
     EXPECT_EQ(item_class->decorate_item_style, nullptr);
     EXPECT_EQ(item_class->decorate_all_item_style, nullptr);
     elm_genlist_item_class_free(item_class);
+}
+
+TEST(GenlistItemClass, IsReportedWhenThereIsNone) {
+    refuses_objects = true;
+    EXPECT_EQ(TslUtils::createGenlistItemClass("1text", item_text, item_content), nullptr);
+    refuses_objects = false;
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn("It is failed to add new Elm_Genlist_Item_Class.")}));
 }
 
 class GlobalWindowTest : public testing::Test {

@@ -1,6 +1,8 @@
 #include <dlfcn.h>
 #include <dlog.h>
 
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -153,6 +155,17 @@ TEST_F(WindowCreation, PutsTheBaseLayoutIntoAnOverlappedConformant) {
     EXPECT_EQ(elm_object_part_content_get(conformant, nullptr), base());
     EXPECT_EQ(evas_object_data_get(conformant, "overlap"), reinterpret_cast<void *>(1));
     EXPECT_TRUE(evas_object_visible_get(conformant));
+}
+
+TEST_F(WindowCreation, NamesTheHoleInTheLog) {
+    auto *other = new TslWindowCtrl();
+    ASSERT_TRUE(other->create());
+    char line[64];
+    std::snprintf(line, sizeof(line), "pRect : %x",
+                  static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(
+                      elm_object_part_content_get(other->getBaseLayoutEvasObject(), video_part))));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn(line)}));
+    other->destroy();
 }
 
 TEST_F(WindowCreation, PutsTheScreensAboveTheHole) {
