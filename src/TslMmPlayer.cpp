@@ -45,6 +45,16 @@ const PlayerErrorRow PLAYER_ERROR_TABLE[] = {
 const float MIN_PLAY_RATE = 0.5F;
 const float MAX_PLAY_RATE = 1.5F;
 
+// The platform's enumerations are C's: what it writes into one may be any number, which C++ must
+// not read as an enumerator.
+template <typename Enumeration>
+int toNumber(const Enumeration &enumeration) {
+    static_assert(sizeof(Enumeration) == sizeof(int), "an enumeration of C is an int");
+    int nNumber = 0;
+    memcpy(&nNumber, &enumeration, sizeof(nNumber));
+    return nNumber;
+}
+
 bool isDisplayMode(int nMode) {
     return nMode >= PLAYER_DISPLAY_MODE_LETTER_BOX && nMode <= PLAYER_DISPLAY_MODE_DST_ROI;
 }
@@ -599,15 +609,11 @@ int TslMmPlayer::getState() {
     RETURN_WITHOUT_HANDLE(PLAYER_STATE_NONE);
     player_state_e state = PLAYER_STATE_NONE;
     CALL_PLAYER(PLAYER_STATE_NONE, player_get_state, s_pPlayerHandle, &state);
-    switch (state) {
-    case PLAYER_STATE_IDLE:
-    case PLAYER_STATE_READY:
-    case PLAYER_STATE_PLAYING:
-    case PLAYER_STATE_PAUSED:
-        return state;
-    default:
+    const int nState = toNumber(state);
+    if (nState < PLAYER_STATE_IDLE || nState > PLAYER_STATE_PAUSED) {
         return PLAYER_STATE_NONE;
     }
+    return nState;
 }
 
 PlayerDisplayMode TslMmPlayer::getDisplayMode() {
@@ -621,12 +627,13 @@ PlayerDisplayMode TslMmPlayer::getDisplayMode() {
         _playerErrorPrint(nRet);
         return PLAYER_DISPLAY_MODE_TYPE_LETTER_BOX;
     }
-    TslInfo("Current Player DisplayMode is [%d]", static_cast<int>(mode));
-    if (!isDisplayMode(mode)) {
+    const int nMode = toNumber(mode);
+    TslInfo("Current Player DisplayMode is [%d]", nMode);
+    if (!isDisplayMode(nMode)) {
         TslWarn("player_display_mode_e mode is invalid. Set to default.");
         return PLAYER_DISPLAY_MODE_TYPE_LETTER_BOX;
     }
-    return static_cast<PlayerDisplayMode>(mode);
+    return static_cast<PlayerDisplayMode>(nMode);
 }
 
 PlayerDisplayRotation TslMmPlayer::getDisplayRotation() {
@@ -635,12 +642,13 @@ PlayerDisplayRotation TslMmPlayer::getDisplayRotation() {
     player_display_rotation_e rotation = PLAYER_DISPLAY_ROTATION_NONE;
     CALL_PLAYER(PLAYER_DISPLAY_ROTATION_TYPE_NONE, player_get_display_rotation, s_pPlayerHandle,
                 &rotation);
-    TslInfo("Current Player DisplayRotation is [%d]", static_cast<int>(rotation));
-    if (!isDisplayRotation(rotation)) {
+    const int nRotation = toNumber(rotation);
+    TslInfo("Current Player DisplayRotation is [%d]", nRotation);
+    if (!isDisplayRotation(nRotation)) {
         TslWarn("player_display_rotation_e rotation is invalid. Set to default.");
         return PLAYER_DISPLAY_ROTATION_TYPE_NONE;
     }
-    return static_cast<PlayerDisplayRotation>(rotation);
+    return static_cast<PlayerDisplayRotation>(nRotation);
 }
 
 bool TslMmPlayer::getClosedCaptionExisted() {
