@@ -1,5 +1,6 @@
 #include "access/screen_reader.h"
 
+#include <Elementary.h>
 #include <dlog.h>
 #include <gio/gio.h>
 #include <uxt.h>
@@ -9,6 +10,7 @@
 #include <mutex>
 
 #include "common/gobject.h"
+#include "common/main_loop.h"
 #include "common/service_thread.h"
 #include "messaging/session_bus.h"
 
@@ -99,9 +101,18 @@ void watch_status() {
 }  // namespace
 
 void start_accessibility() {
-    // Without it the toolkit keeps its widgets to itself. Whoever has set it knows better.
-    setenv("ELM_ATSPI_MODE", "1", 0);
     watch_status();
+    // Whoever has set it knows better.
+    if (std::getenv("ELM_ATSPI_MODE") != nullptr) {
+        return;
+    }
+    // The toolkit connects while the main loop waits, without end on a bus that doesn't answer, so
+    // it is let do so only after this process has connected.
+    with_session_bus([](GDBusConnection *bus) {
+        if (bus != nullptr) {
+            post_to_main_loop([] { elm_config_atspi_mode_set(EINA_TRUE); });
+        }
+    });
 }
 
 void stop_accessibility() {

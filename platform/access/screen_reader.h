@@ -2,9 +2,9 @@
 
 namespace host {
 
-/// Lets the toolkit show its widgets to assistive technologies, and begins to watch whether a
-/// screen reader is on. To be called once, before the toolkit is initialised; neither waits for
-/// anything. Main thread, while it is the only one: it changes the environment.
+/// Begins to watch whether a screen reader is on, and lets assistive technologies at the program's
+/// widgets once the session bus has answered. Waits for nothing; without a bus does nothing. After
+/// the toolkit's initialisation. Main thread.
 void start_accessibility();
 
 /// Ends the watch, and waits for its end. Before the service thread is stopped.

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "access/screen_reader.h"
 #include "i18n/locale.h"
 #include "log/log.h"
 #include "messaging/session_bus.h"
@@ -61,7 +60,6 @@ void prepare_environment(Options &options) {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kReplace);
     }
     start_locale();
-    start_accessibility();
 }
 
 }  // namespace host

@@ -94,6 +94,7 @@ int Application::run(int argc, char **argv, Options options) {
     // The toolkit has set both to its own liking.
     signals_.install();
     restore_locale();
+    start_accessibility();
 
     const int status = wait_for_role() ? run_shell() : kSuccess;
     end();
