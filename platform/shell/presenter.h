@@ -35,4 +35,8 @@ public:
 /// @return null when the display's pixels aren't 32 bits of blue, green and red
 [[nodiscard]] std::unique_ptr<Presenter> make_x11_presenter(Ecore_Evas *window);
 
+/// Keeps the display's library from printing which of its extensions the server lacks: whoever asks
+/// for one can do without. Before the display is opened.
+void silence_x11();
+
 }  // namespace host

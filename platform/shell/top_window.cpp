@@ -82,6 +82,9 @@ std::unique_ptr<TopWindow> TopWindow::open(bool in_memory) {
 }
 
 std::unique_ptr<TopWindow> TopWindow::open_with(const char *engine) {
+    if (std::strcmp(engine, kX11) == 0) {
+        silence_x11();
+    }
     Handle desktop(ecore_evas_new(engine, 0, 0, 1, 1, nullptr));
     if (desktop == nullptr) {
         return nullptr;

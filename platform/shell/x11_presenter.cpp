@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XShm.h>
+#include <X11/extensions/Xext.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
@@ -193,6 +194,10 @@ private:
 };
 
 }  // namespace
+
+void silence_x11() {
+    XSetExtensionErrorHandler([](Display *, const char *, const char *) { return 0; });
+}
 
 std::unique_ptr<Presenter> make_x11_presenter(Ecore_Evas *window) {
     auto *display = static_cast<Display *>(ecore_x_display_get());
