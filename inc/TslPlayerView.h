@@ -18,20 +18,25 @@ public:
     /// Hides the controls, unless the screen reader is on.
     void hidePlayViewUi();
 
+    /// Makes the volume button respond. Its image stays what it is.
     void enableVolumeButton();
     /// Gives the button the mute image, which enabling it again doesn't take back.
     void disableVolumeButton();
 
     /// Starts the timer that asks for the times on the signal bus, every 0.3 seconds.
     void createProgressTimer();
+    /// Stops asking; the times shown stay.
     void destroyProgressTimer();
+    /// Shows the times as "MM:SS", the hours dropped.
     /// @param nPlayedTime, nDuration  milliseconds
     void setProgressValues(int nPlayedTime, int nDuration);
 
+    /// The play button shows, and tells the screen reader, what a press will do.
     void changePlayButtonImageAsPlay();
     void changePlayButtonImageAsPause();
     /// Nothing while the button is disabled.
     void changeVolumeButtonImageAsVolumeOn();
+    /// Also while the button is disabled.
     void changeVolumeButtonImageAsVolumeMute();
     /// The display mode button shows the mode that a press will bring.
     void changeDisplaymodeButtonImageAsFull();

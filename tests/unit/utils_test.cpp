@@ -269,10 +269,11 @@ TEST_F(Genlist, NeedsAParent) {
 using SliderText = WidgetsTest;
 
 TEST_F(SliderText, SlidesWhatIsTooLong) {
+    sliding.clear();
     Evas_Object *label = TslUtils::createSliderText(window(), "marker", "a text");
     ASSERT_NE(label, nullptr);
     EXPECT_STREQ(elm_object_style_get(label), "marker");
-    EXPECT_EQ(sliding.back(), label);
+    EXPECT_THAT(sliding, ElementsAre(label));
     EXPECT_EQ(elm_label_slide_mode_get(label), static_cast<Elm_Label_Slide_Mode>(1));
     EXPECT_EQ(elm_label_wrap_width_get(label), 1);
     EXPECT_STREQ(elm_object_text_get(label), "a text");
