@@ -8,9 +8,9 @@
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define UNDER_SANITIZER 1
 // The compiler's sanitizers have it, its headers don't.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(
-    void (*malloc_hook)(const volatile void *, std::size_t),
-    void (*free_hook)(const volatile void *));
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*malloc_hook)(const volatile void *,
+                                                                             std::size_t),
+                                                         void (*free_hook)(const volatile void *));
 #else
 #define UNDER_SANITIZER 0
 #endif
