@@ -5,7 +5,7 @@
 #include "app-assist/WAppEventHandler.h"
 #include "app-assist/WMenuPopupController.h"
 #include "framework_fixture.h"
-#include "mock_ui_app.h"
+#include "mock_platform/mock_ui_app.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "app-assist/WPopupController.h"
 #include "framework_fixture.h"
-#include "mock_keys.h"
-#include "mock_ui_app.h"
+#include "mock_platform/mock_keys.h"
+#include "mock_platform/mock_ui_app.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "framework_fixture.h"
-#include "mock_keys.h"
+#include "mock_platform/mock_keys.h"
 
 namespace {
 
