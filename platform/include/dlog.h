@@ -39,9 +39,9 @@ typedef enum {
 /**
  * Writes one line to a log buffer, as a whole, whichever threads write at the same time.
  *
- * The arguments' control characters and bytes that are no UTF-8 are escaped; colour codes that stand
- * in the format itself are kept where the log is read by a person and removed elsewhere. What goes
- * beyond 4096 bytes is cut. errno is left as it was.
+ * The arguments' control characters and bytes that are no UTF-8 are escaped; colour codes that
+ * stand in the format itself are kept where the log is read by a person and removed elsewhere. What
+ * goes beyond 4096 bytes is cut. errno is left as it was.
  * @param log_id  buffer, from LOG_ID_MAIN up to, but without, LOG_ID_MAX
  * @param prio    one of log_priority, from DLOG_VERBOSE to DLOG_FATAL
  * @param tag     short name of the writer, not null

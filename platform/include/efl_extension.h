@@ -125,8 +125,7 @@ void eext_object_event_callback_add(Evas_Object *obj, Eext_Callback_Type type, E
  * @param func the function it was added with
  * @return the data of the removed callback, or null when there was none
  */
-void *eext_object_event_callback_del(Evas_Object *obj, Eext_Callback_Type type,
-                                     Eext_Event_Cb func);
+void *eext_object_event_callback_del(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_Cb func);
 
 #ifdef __cplusplus
 }

@@ -22,7 +22,8 @@ extern "C" {
 int vconf_get_int(const char *key, int *value);
 /**
  * @param[out] value  1 or 0; left alone on failure
- * @return 0, or -1 when the key or value is null, the key is absent or its setting is no truth value
+ * @return 0, or -1 when the key or value is null, the key is absent or its setting is no truth
+ * value
  */
 int vconf_get_bool(const char *key, int *value);
 /** @return heap copy that the caller frees with free(), or null when the key is null or absent. */
