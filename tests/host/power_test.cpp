@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -42,7 +43,7 @@ public:
     explicit LoginManager(const char *address)
         : context_(g_main_context_new()), loop_(g_main_loop_new(context_, FALSE)) {
         thread_ = std::thread([this, address = std::string(address)] { run(address); });
-        wait([this] { return ready_; });
+        wait([this] { return ready_.load(); });
     }
     ~LoginManager() {
         g_main_loop_quit(loop_);
