@@ -5,7 +5,7 @@ find_package(Threads REQUIRED)
 find_package(Boost REQUIRED)
 
 pkg_check_modules(EFL REQUIRED IMPORTED_TARGET
-                  elementary evas ecore ecore-evas ecore-file ecore-input edje eina eet)
+                  elementary evas ecore ecore-evas ecore-file ecore-input edje efreet eina eet)
 pkg_check_modules(X11 REQUIRED IMPORTED_TARGET ecore-x x11 xext)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gio-unix-2.0)
 pkg_check_modules(GST REQUIRED IMPORTED_TARGET gstreamer-1.0 gstreamer-app-1.0

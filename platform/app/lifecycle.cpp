@@ -1,5 +1,6 @@
 #include "app/lifecycle.h"
 
+#include <Efreet.h>
 #include <Elementary.h>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -90,6 +91,8 @@ int Application::run(int argc, char **argv, Options options) {
     if (!new_instance && session_bus_address()) {
         join_instance();
     }
+    // No icon or menu entry of the desktop is looked up here: its cache's daemon stays asleep.
+    efreet_cache_disable();
     elm_init(argc > 0 ? 1 : 0, argv);
     // The toolkit has set both to its own liking.
     signals_.install();

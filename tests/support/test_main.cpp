@@ -1,5 +1,6 @@
 #include "test_main.h"
 
+#include <Efreet.h>
 #include <Elementary.h>
 #include <gmock/gmock.h>
 
@@ -47,6 +48,7 @@ int main(int argc, char **argv) {
     testing::InitGoogleMock(&argc, argv);
     // The listener comes first so that expectations are verified while a test still counts.
     testing::UnitTest::GetInstance()->listeners().Append(new Cleaner);
+    efreet_cache_disable();  // as the host does
     elm_init(argc, argv);
     const int status = RUN_ALL_TESTS();
     elm_shutdown();
