@@ -33,17 +33,29 @@ configure() {
     (cd "$root" && quietly "$dir/configure.log" cmake --preset "$preset" "$@")
 }
 
+# show_progress NAME: of ninja's lines, one for every twentieth part: enough to see it move. Not awk,
+# which in Debian keeps what it reads until it has a block of it.
+show_progress() {
+    local name=$1 line last=0
+    while IFS= read -r line; do
+        if [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]] && [ "${BASH_REMATCH[2]}" -gt 2 ]; then
+            local step=${BASH_REMATCH[1]} steps=${BASH_REMATCH[2]}
+            if [ "$last" -eq 0 ]; then
+                echo "== Building $name"
+            fi
+            if [ "$last" -eq 0 ] || [ $((step - last)) -ge $((steps / 20)) ] || [ "$step" -eq "$steps" ]; then
+                echo "   $step of $steps"
+                last=$step
+            fi
+        fi
+    done
+}
+
 # build PRESET [TARGET...]: silent when there is nothing to do.
 build() {
     local preset=$1 dir=$root/build/$1
     shift
-    # A line for every twentieth part is enough to see it move.
-    if ! ninja -C "$dir" "$@" 2>&1 | tee "$dir/build.log" | awk -F'[][/]' -v preset="$preset" '
-        /^\[[0-9]+\/[0-9]+\]/ && $3 > 2 {
-            if (!started++) { print "== Building " preset }
-            if ($2 >= last + $3 / 20 || $2 == $3) { print "   " $2 " of " $3; last = $2 }
-            fflush()
-        }'; then
+    if ! ninja -C "$dir" "$@" 2>&1 | tee "$dir/build.log" | show_progress "$preset"; then
         grep -A 30 -m 1 -E 'error|FAILED' "$dir/build.log" >&2 || true
         fail "building $preset failed; the whole output is in $dir/build.log"
     fi
