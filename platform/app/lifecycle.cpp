@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -79,6 +80,12 @@ Application *Application::current() {
     return current_application;
 }
 
+/// The toolkit's handler of ended children spoils errno in whatever thread it interrupts, and
+/// nothing here starts a child through the toolkit; GStreamer waits for its own.
+static void leave_children_alone() {
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
 int Application::run(int argc, char **argv, Options options) {
     signals_.install();
     prepare_environment(options);
@@ -88,13 +95,15 @@ int Application::run(int argc, char **argv, Options options) {
     warm_up_player();
     // Before anything that may post to the main loop.
     ecore_init();
+    leave_children_alone();
     if (!new_instance && session_bus_address()) {
         join_instance();
     }
     // No icon or menu entry of the desktop is looked up here: its cache's daemon stays asleep.
     efreet_cache_disable();
     elm_init(argc > 0 ? 1 : 0, argv);
-    // The toolkit has set both to its own liking.
+    // The toolkit has set them all to its own liking.
+    leave_children_alone();
     signals_.install();
     restore_locale();
     start_accessibility();

@@ -4,6 +4,7 @@
 #include <Elementary.h>
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <utility>
 #include <vector>
@@ -50,6 +51,8 @@ int main(int argc, char **argv) {
     testing::UnitTest::GetInstance()->listeners().Append(new Cleaner);
     efreet_cache_disable();  // as the host does
     elm_init(argc, argv);
+    // As the host does: the toolkit's handler of ended children spoils errno.
+    std::signal(SIGCHLD, SIG_DFL);
     const int status = RUN_ALL_TESTS();
     elm_shutdown();
     return status;
