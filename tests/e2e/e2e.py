@@ -238,6 +238,16 @@ class Display:
         self.environment = dict(os.environ, DISPLAY=self.name)
         self.manager = Process(["openbox", "--sm-disable"], env=self.environment,
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.wait_for_manager()
+
+    def wait_for_manager(self):
+        """As on a desktop, the window manager is there before the program."""
+        deadline = time.monotonic() + PATIENCE
+        while subprocess.run(["xdotool", "get_num_desktops"], env=self.environment,
+                             capture_output=True, timeout=PATIENCE).returncode != 0:
+            if time.monotonic() > deadline:
+                raise AssertionError("the window manager did not start")
+            time.sleep(0.02)
 
     def tool(self, *words):
         done = subprocess.run(["xdotool", *map(str, words)], env=self.environment,
@@ -246,10 +256,22 @@ class Display:
             raise AssertionError(f"xdotool {words}: {done.stderr}")
         return done.stdout
 
+    def visible_window(self):
+        """The number of the program's window, once it is there."""
+        # Asked again and again: the tool's own waiting has been seen not to end.
+        deadline = time.monotonic() + PATIENCE
+        while time.monotonic() < deadline:
+            found = subprocess.run(
+                ["xdotool", "search", "--onlyvisible", "--name", f"^{APPLICATION_TITLE}"],
+                env=self.environment, capture_output=True, text=True, timeout=PATIENCE)
+            if found.stdout.split():
+                return found.stdout.split()[0]
+            time.sleep(0.05)
+        raise AssertionError(f"no window shows: {found.stderr}")
+
     def find_window(self):
         """Left, top, width and height of the program's window, and its number."""
-        window = self.tool("search", "--sync", "--onlyvisible", "--name",
-                           f"^{APPLICATION_TITLE}").split()[0]
+        window = self.visible_window()
         def ask(*words):
             return dict(line.split("=") for line in self.tool(*words).split())
         size = ask("getwindowgeometry", "--shell", window)
