@@ -19,6 +19,7 @@
 
 #include "app/options.h"
 #include "player/gst_ptr.h"
+#include "player/library_loader.h"
 #include "player/media_source.h"
 #include "player/player_host.h"
 #include "sound/output.h"
@@ -96,6 +97,11 @@ void load(const char *element) {
     const GstObjectPtr<GstElementFactory> factory(gst_element_factory_find(element));
     if (!factory) {
         return;
+    }
+    const GstObjectPtr<GstPlugin> plugin(
+        gst_plugin_feature_get_plugin(GST_PLUGIN_FEATURE(factory.get())));
+    if (plugin && gst_plugin_get_filename(plugin.get()) != nullptr) {
+        load_needed_libraries(gst_plugin_get_filename(plugin.get()));
     }
     const GstObjectPtr<GstPluginFeature> loaded(
         gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory.get())));
