@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Elementary.h>
+#include <utils_i18n.h>
 
 /// Helpers that several classes share: widgets from the program's resources, the size of the
 /// window, texts, settings.
@@ -16,6 +17,28 @@ public:
     ///     the text can't be made.
     /// @param nPlayTimeMs  milliseconds
     static char *convertPlayTimeToStringFormat(int nPlayTimeMs);
+
+    /// @return a date and time of day as the region of the settings writes them, always in UTC;
+    /// null
+    ///     when the platform can't write it
+    /// @param date  milliseconds since 1970
+    static char *getIcuDate(i18n_udate date);
+    /// @return a number in the digits of the region of the settings; null on failure
+    static char *getTextFori18n(int nNumber);
+    /// @return "1280X720", cut after 14 characters; null when both are below 1
+    /// @param nWidth, nHeight  pixels
+    static char *getResolutionToString(int nWidth, int nHeight);
+    /// @return a size in the largest unit that it fills, to one place: "1.5 MB". Sizes below 1024
+    ///     are all "0.0 B". Null without memory.
+    static char *getFileSizeText(unsigned long long nBytes);
+    /// Looks a colour of the theme up.
+    /// @param[out] pR, pG, pB, pA  0 to 255, not premultiplied; left alone on failure
+    /// @return false for a code that the theme doesn't have
+    static bool getRGBA(const char *szColorCode, double *pR, double *pG, double *pB, double *pA);
+    /// @return "#" and the four values in hexadecimal, two digits at least each, as "#ff0010ff";
+    /// null
+    ///     when one is negative
+    static char *getHexColorCodeFromRGBA(int nR, int nG, int nB, int nA);
 
     /// Switches the toolkit to the language of the system settings, if there is one.
     static void updateLanguageSet();

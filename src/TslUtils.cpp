@@ -2,7 +2,6 @@
 
 #include <vconf.h>
 
-#include <boost/format.hpp>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -13,9 +12,6 @@
 namespace {
 
 constexpr char LANGUAGE_KEY[] = "db/menu_widget/language";
-constexpr int MILLISECONDS_PER_SECOND = 1000;
-constexpr int SECONDS_PER_MINUTE = 60;
-constexpr int MINUTES_PER_HOUR = 60;
 /// The screen that the scaled lengths are given for, unturned.
 constexpr int REFERENCE_WIDTH = 1280;
 constexpr int REFERENCE_HEIGHT = 720;
@@ -40,19 +36,6 @@ Evas_Object *setImageFile(Evas_Object *pImage, const char *szFile, const char *s
 }
 
 }  // namespace
-
-char *TslUtils::convertPlayTimeToStringFormat(int nPlayTimeMs) {
-    const int nSeconds = nPlayTimeMs / MILLISECONDS_PER_SECOND;
-    const std::string strTime =
-        (boost::format("%02u:%02u") % ((nSeconds / SECONDS_PER_MINUTE) % MINUTES_PER_HOUR) %
-         (nSeconds % SECONDS_PER_MINUTE))
-            .str();
-    if (strTime.empty()) {
-        TslWarn("It is failed to convert PlayTime to string format.");
-        return nullptr;
-    }
-    return strdup(strTime.c_str());
-}
 
 void TslUtils::updateLanguageSet() {
     char *szLanguage = vconf_get_str(LANGUAGE_KEY);

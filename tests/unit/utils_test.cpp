@@ -76,29 +76,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Return;
 
-std::string play_time(int milliseconds) {
-    const std::unique_ptr<char, decltype(&std::free)> text(
-        TslUtils::convertPlayTimeToStringFormat(milliseconds), &std::free);
-    return text.get();
-}
-
-TEST(PlayTime, DropsTheRestOfASecond) {
-    EXPECT_EQ(play_time(0), "00:00");
-    EXPECT_EQ(play_time(999), "00:00");
-    EXPECT_EQ(play_time(59999), "00:59");
-    EXPECT_EQ(play_time(60000), "01:00");
-}
-
-TEST(PlayTime, WrapsAtAnHour) {
-    EXPECT_EQ(play_time(3599999), "59:59");
-    EXPECT_EQ(play_time(3600000), "00:00");
-    EXPECT_EQ(play_time(3725000), "02:05");
-}
-
-TEST(PlayTime, TakesTheLargestTime) {
-    EXPECT_EQ(play_time(2147483647), "31:23");
-}
-
 class LanguageTest : public testing::Test {
 protected:
     void SetUp() override { languages.clear(); }

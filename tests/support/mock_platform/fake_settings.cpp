@@ -21,6 +21,11 @@ FakeI18n &fake_i18n() {
     return slot.get();
 }
 
+FakeSystemSettings &fake_system_settings() {
+    static Slot<FakeSystemSettings> slot;
+    return slot.get();
+}
+
 }  // namespace mock
 
 namespace {
@@ -88,4 +93,114 @@ const char *FakeI18n::i18n_get_text(const char *message) {
     }
     const auto item = m_texts.find(message);
     return item == m_texts.end() ? message : item->second.c_str();
+}
+
+namespace {
+
+std::u16string wide(const std::string &ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// As the platform does it: terminated if there is room.
+int put(const std::u16string &text, i18n_uchar *result, int32_t capacity) {
+    const auto length = static_cast<int32_t>(text.size());
+    text.copy(result, static_cast<std::size_t>(capacity));
+    if (length < capacity) {
+        result[length] = 0;
+    }
+    return length <= capacity ? I18N_ERROR_NONE : I18N_ERROR_BUFFER_OVERFLOW;
+}
+
+}  // namespace
+
+template <typename Handle>
+int FakeI18n::create(const std::u16string &made_from, Handle *handle) {
+    *handle = reinterpret_cast<Handle>(++m_last_handle);
+    m_handles[*handle] = made_from;
+    return I18N_ERROR_NONE;
+}
+
+int FakeI18n::destroy(const void *handle) {
+    return m_handles.erase(handle) == 1 ? I18N_ERROR_NONE : I18N_ERROR_INVALID_PARAMETER;
+}
+
+i18n_uchar *FakeI18n::i18n_ustring_copy_ua_n(i18n_uchar *dest, const char *src, int32_t n) {
+    put(wide(src), dest, n);
+    return dest;
+}
+
+char *FakeI18n::i18n_ustring_copy_au_n(char *dest, const i18n_uchar *src, int32_t n) {
+    const std::u16string text(src);
+    return std::strncpy(dest, std::string(text.begin(), text.end()).c_str(),
+                        static_cast<std::size_t>(n));
+}
+
+int32_t FakeI18n::i18n_ustring_get_length(const i18n_uchar *s) {
+    return static_cast<int32_t>(std::char_traits<i18n_uchar>::length(s));
+}
+
+int FakeI18n::i18n_udatepg_create(const char *locale, i18n_udatepg_h *dtpg) {
+    return create(wide(locale), dtpg);
+}
+
+int FakeI18n::i18n_udatepg_destroy(i18n_udatepg_h dtpg) {
+    return destroy(dtpg);
+}
+
+int FakeI18n::i18n_udatepg_get_best_pattern(i18n_udatepg_h, const i18n_uchar *skeleton,
+                                            int32_t length, i18n_uchar *best_pattern,
+                                            int32_t best_pattern_capacity,
+                                            int32_t *best_pattern_len) {
+    const auto pattern = std::u16string(skeleton, static_cast<std::size_t>(length)) + u"!";
+    *best_pattern_len = static_cast<int32_t>(pattern.size());
+    return put(pattern, best_pattern, best_pattern_capacity);
+}
+
+int FakeI18n::i18n_udate_create(i18n_udate_format_style_e, i18n_udate_format_style_e,
+                                const char *locale, const i18n_uchar *, int32_t,
+                                const i18n_uchar *pattern, int32_t, i18n_udate_format_h *format) {
+    return create(wide(locale) + u"|" + pattern, format);
+}
+
+int FakeI18n::i18n_udate_destroy(i18n_udate_format_h format) {
+    return destroy(format);
+}
+
+int FakeI18n::i18n_udate_format_date(i18n_udate_format_h format, i18n_udate date_to_format,
+                                     i18n_uchar *result, int32_t result_length,
+                                     i18n_ufield_position_h, int32_t *date_format_len) {
+    const auto milliseconds = static_cast<long long>(date_to_format);
+    const auto text = m_handles[format] + u"|" + wide(std::to_string(milliseconds));
+    *date_format_len = static_cast<int32_t>(text.size());
+    return put(text, result, result_length);
+}
+
+int FakeI18n::i18n_ucalendar_set_default_timezone(const i18n_uchar *) {
+    return I18N_ERROR_NONE;
+}
+
+int FakeI18n::i18n_unumber_create(i18n_unumber_format_style_e, const i18n_uchar *, int32_t,
+                                  const char *, i18n_uparse_error_s *,
+                                  i18n_unumber_format_h *num_format) {
+    return create(u"", num_format);
+}
+
+int FakeI18n::i18n_unumber_destroy(i18n_unumber_format_h num_format) {
+    return destroy(num_format);
+}
+
+int32_t FakeI18n::i18n_unumber_format(i18n_unumber_format_h, int32_t number, i18n_uchar *result,
+                                      int32_t result_len, i18n_ufield_position_h,
+                                      i18n_error_code_e *err) {
+    const auto text = wide(std::to_string(number));
+    *err = static_cast<i18n_error_code_e>(put(text, result, result_len));
+    return static_cast<int32_t>(text.size());
+}
+
+int FakeSystemSettings::system_settings_get_value_string(system_settings_key_e key, char **value) {
+    if (key != SYSTEM_SETTINGS_KEY_LOCALE_TIMEZONE || !m_time_zone) {
+        return SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER;
+    }
+    *value = strdup(m_time_zone->c_str());
+    return SYSTEM_SETTINGS_ERROR_NONE;
 }
