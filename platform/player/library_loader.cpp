@@ -51,8 +51,7 @@ private:
     bool read_at(std::size_t place, T *to, std::size_t count) {
         stream_.clear();
         stream_.seekg(static_cast<std::streamoff>(place));
-        stream_.read(reinterpret_cast<char *>(to),
-                     static_cast<std::streamsize>(count * sizeof(T)));
+        stream_.read(reinterpret_cast<char *>(to), static_cast<std::streamsize>(count * sizeof(T)));
         return static_cast<bool>(stream_);
     }
 
@@ -110,7 +109,8 @@ std::vector<fs::path> folders_in_use() {
         [](dl_phdr_info *info, std::size_t, void *data) {
             auto &found = *static_cast<std::vector<fs::path> *>(data);
             const fs::path folder = fs::path(info->dlpi_name).parent_path();
-            if (folder.is_absolute() && std::find(found.begin(), found.end(), folder) == found.end()) {
+            if (folder.is_absolute() &&
+                std::find(found.begin(), found.end(), folder) == found.end()) {
                 found.push_back(folder);
             }
             return 0;
@@ -130,7 +130,8 @@ public:
 
 private:
     void load(const std::string &name) {
-        if (!seen_.insert(name).second || dlopen(name.c_str(), RTLD_LAZY | RTLD_NOLOAD) != nullptr) {
+        if (!seen_.insert(name).second ||
+            dlopen(name.c_str(), RTLD_LAZY | RTLD_NOLOAD) != nullptr) {
             return;
         }
         for (const fs::path &folder : folders_) {

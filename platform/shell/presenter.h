@@ -26,6 +26,8 @@ public:
     /// Shows the parts of the picture that have changed: BGRx rows without gaps, in the memory that
     /// allocate() gave.
     virtual void show(int w, int h, std::span<const Rect> changed) = 0;
+    /// The window has been asked to show on the desktop.
+    virtual void window_shown() {}
 };
 
 /// For any window: the picture becomes an image of the window's canvas.

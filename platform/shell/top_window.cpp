@@ -214,6 +214,7 @@ void TopWindow::show(int w, int h) {
         ecore_evas_size_max_set(desktop_.get(), w, h);
         ecore_evas_resize(desktop_.get(), w, h);
         ecore_evas_show(desktop_.get());
+        presenter_->window_shown();
     }
 }
 
@@ -229,6 +230,7 @@ void TopWindow::show_fullscreen() {
     ecore_evas_show(picture_.get());
     ecore_evas_fullscreen_set(desktop_.get(), EINA_TRUE);
     ecore_evas_show(desktop_.get());
+    presenter_->window_shown();
 }
 
 Evas *TopWindow::input_canvas() const {

@@ -18,6 +18,7 @@ namespace host {
 namespace {
 
 constexpr int kBitsPerPixel = 32;
+constexpr double kSecondsToAskAgain = 0.5;
 
 bool has_our_pixels(const XWindowAttributes &window) {
     return std::endian::native == std::endian::little && window.depth >= 24 &&
@@ -55,16 +56,18 @@ private:
 /// is sent.
 class X11Presenter : public Presenter {
 public:
-    X11Presenter(Display *display, Window window, const XWindowAttributes &attributes)
-        : display_(display),
-          window_(window),
+    X11Presenter(Ecore_Evas *desktop, Display *display, const XWindowAttributes &attributes)
+        : desktop_(desktop),
+          display_(display),
+          window_(ecore_evas_window_get(desktop)),
           visual_(attributes.visual),
           depth_(static_cast<unsigned int>(attributes.depth)),
-          gc_(XCreateGC(display, window, 0, nullptr)),
+          gc_(XCreateGC(display, window_, 0, nullptr)),
           exposed_(ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DAMAGE, window_exposed, this)) {}
 
     ~X11Presenter() override {
         ecore_event_handler_del(exposed_);
+        stop_asking();
         drop_image();
         XFreeGC(display_, gc_);
     }
@@ -107,6 +110,11 @@ public:
             put(part);
         }
         XFlush(display_);
+    }
+
+    void window_shown() override {
+        stop_asking();
+        asking_ = ecore_timer_add(kSecondsToAskAgain, ask_again, this);
     }
 
 private:
@@ -170,6 +178,29 @@ private:
         }
     }
 
+    void stop_asking() {
+        if (asking_ != nullptr) {
+            ecore_timer_del(std::exchange(asking_, nullptr));
+        }
+    }
+
+    /// A window manager that is just starting may lose what windows have asked it for.
+    static Eina_Bool ask_again(void *data) {
+        auto *self = static_cast<X11Presenter *>(data);
+        const bool is_managed =
+            ecore_x_icccm_state_get(self->window_) != ECORE_X_WINDOW_STATE_HINT_NONE;
+        if (is_managed || ecore_x_window_visible_get(self->window_) != EINA_FALSE) {
+            self->asking_ = nullptr;
+            return ECORE_CALLBACK_CANCEL;
+        }
+        int w = 0;
+        int h = 0;
+        ecore_evas_request_geometry_get(self->desktop_, nullptr, nullptr, &w, &h);
+        ecore_x_window_resize(self->window_, w, h);
+        ecore_x_window_show(self->window_);
+        return ECORE_CALLBACK_RENEW;
+    }
+
     static Eina_Bool window_exposed(void *data, int /*type*/, void *event) {
         auto *self = static_cast<X11Presenter *>(data);
         const auto *damage = static_cast<const Ecore_X_Event_Window_Damage *>(event);
@@ -180,12 +211,14 @@ private:
         return ECORE_CALLBACK_PASS_ON;
     }
 
+    Ecore_Evas *desktop_;
     Display *display_;
     Window window_;
     Visual *visual_;
     unsigned int depth_;
     GC gc_;
     Ecore_Event_Handler *exposed_;
+    Ecore_Timer *asking_ = nullptr;
     XShmSegmentInfo segment_{};
     void *memory_ = nullptr;
     bool is_shared_ = false;
@@ -207,7 +240,7 @@ std::unique_ptr<Presenter> make_x11_presenter(Ecore_Evas *window) {
         !has_our_pixels(attributes)) {
         return nullptr;
     }
-    return std::make_unique<X11Presenter>(display, id, attributes);
+    return std::make_unique<X11Presenter>(window, display, attributes);
 }
 
 }  // namespace host
