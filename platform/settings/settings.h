@@ -9,8 +9,8 @@ namespace host {
 /// They live in the key file settings.ini of the user's configuration folder:
 /// "db/menu_widget/language" is the key "language" of the group "db/menu_widget". Settings whose
 /// name begins with "memory/" last as long as the process and are never written. The file is read
-/// again after it has changed. Language and region of the environment beat the file, until they are
-/// set here.
+/// again after it has changed; a damaged one is set aside, see StoredKeyFile. Language and region
+/// of the environment beat the file, until they are set here.
 
 /// Sets one setting and writes the file in one piece.
 /// @return false when the file can't be written; the setting holds for this process all the same

@@ -12,6 +12,7 @@
 #include "common/gobject.h"
 #include "i18n/locale.h"
 #include "settings/settings.h"
+#include "settings/stored_key_file.h"
 
 namespace host {
 namespace {
@@ -19,11 +20,6 @@ namespace {
 constexpr const char *kLanguageKey = "db/menu_widget/language";
 constexpr const char *kRegionKey = "db/menu_widget/regionformat";
 constexpr std::string_view kVolatilePrefix = "memory/";
-
-struct KeyFileFree {
-    void operator()(GKeyFile *file) const { g_key_file_unref(file); }
-};
-using KeyFilePtr = std::unique_ptr<GKeyFile, KeyFileFree>;
 
 // What tells that a file is another than the one read before.
 struct FileStamp {
@@ -59,7 +55,7 @@ std::optional<Name> split_name(const std::string &name) {
 
 class Settings {
 public:
-    Settings() : folder_(std::string(g_get_user_config_dir()) + "/tessel") {
+    Settings() {
         const EnvironmentLocale locale = environment_locale();
         if (locale.language) {
             overrides_[kLanguageKey] = *locale.language;
@@ -102,29 +98,26 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string path() const { return folder_ + "/settings.ini"; }
-
     void refresh() {
-        const FileStamp now = FileStamp::of(path());
+        const FileStamp now = FileStamp::of(stored_.path());
         if (file_ && now == stamp_) {
             return;
         }
-        file_.reset(g_key_file_new());
-        // A file that is absent or damaged is one without settings.
-        g_key_file_load_from_file(file_.get(), path().c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
+        file_ = stored_.read();
+        if (!file_) {
+            // One that can't be read is one without settings.
+            file_.reset(g_key_file_new());
+        }
         stamp_ = now;
     }
 
     bool write(const Name &name, const std::string &value) {
-        refresh();
-        g_key_file_set_string(file_.get(), name.group.c_str(), name.key.c_str(), value.c_str());
-        const bool written = g_mkdir_with_parents(folder_.c_str(), 0700) == 0 &&
-                             g_key_file_save_to_file(file_.get(), path().c_str(), nullptr) != FALSE;
-        stamp_ = FileStamp::of(path());
-        return written;
+        return stored_.change([&name, &value](GKeyFile *file) {
+            g_key_file_set_string(file, name.group.c_str(), name.key.c_str(), value.c_str());
+        });
     }
 
-    const std::string folder_;
+    StoredKeyFile stored_{std::string(g_get_user_config_dir()) + "/tessel", "settings.ini"};
     std::mutex mutex_;
     std::map<std::string, std::string> overrides_;
     KeyFilePtr file_;

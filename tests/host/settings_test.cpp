@@ -132,6 +132,17 @@ TEST_F(Settings, AreWrittenInOnePiece) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(config_home() + "/tessel"), {}), 1);
 }
 
+TEST_F(Settings, OfADamagedFileAreSetAsideAndNotOverwritten) {
+    write_file("[db/test]\ntext=kept\nnonsense");
+    EXPECT_FALSE(text_of("db/test/text"));
+    EXPECT_TRUE(host::set_setting("db/test/new", "1"));
+    EXPECT_EQ(read_file(), "[db/test]\nnew=1\n");
+    std::ostringstream aside;
+    aside << std::ifstream(settings_file() + ".damaged").rdbuf();
+    EXPECT_EQ(aside.str(), "[db/test]\ntext=kept\nnonsense");
+    std::filesystem::remove(settings_file() + ".damaged");
+}
+
 TEST_F(Settings, OfTheMemoryAreNeverWritten) {
     EXPECT_TRUE(host::set_setting("memory/sysman/battery_status_low", "6"));
     int value = 0;
