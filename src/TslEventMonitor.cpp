@@ -1,14 +1,18 @@
 #include "TslEventMonitor.h"
 
 #include <algorithm>
+#include <cstring>
+#include <string>
 #include <utility>
 
 #include "TslLog.h"
+#include "TslPreferenceHandler.h"
 #include "app-assist/WAppEventHandler.h"
 
 namespace {
 
 constexpr int HANDLER_TYPE_APP_EVENT = 0;
+constexpr int HANDLER_TYPE_PREFERENCE = 1;
 
 }  // namespace
 
@@ -33,12 +37,45 @@ int TslEventMonitor::addEventHandler(app_event_type_e nType, AppEventHandlerFunc
     return 0;
 }
 
+int TslEventMonitor::addEventHandler(const char *szKey, PreferenceHandlerFunc pHandlerFunc,
+                                     void *pUserData) {
+    if (szKey == nullptr) {
+        TslError("There is no szKey.");
+        return -1;
+    }
+    if (!pHandlerFunc) {
+        TslError("There is no pHandlerFunc.");
+        return -1;
+    }
+
+    auto *pHandler = new PreferenceHandler();
+    auto *pItem = new EventHandlerItem{pHandler, HANDLER_TYPE_PREFERENCE, new std::string(szKey)};
+    pHandler->addEventHandler(szKey, std::move(pHandlerFunc), pUserData);
+    m_pHandlerItems.push_back(pItem);
+    return 0;
+}
+
 bool TslEventMonitor::removeEventHandler(app_event_type_e nType) {
-    const auto itItem =
+    return _removeItem(
         std::find_if(m_pHandlerItems.begin(), m_pHandlerItems.end(), [nType](const auto *pItem) {
             return pItem->nHandlerType == HANDLER_TYPE_APP_EVENT &&
                    *static_cast<const int *>(pItem->pKey) == static_cast<int>(nType);
-        });
+        }));
+}
+
+bool TslEventMonitor::removeEventHandler(const char *szKey) {
+    if (szKey == nullptr) {
+        TslInfo("There is no szKey.");
+        return false;
+    }
+    return _removeItem(
+        std::find_if(m_pHandlerItems.begin(), m_pHandlerItems.end(), [szKey](const auto *pItem) {
+            return pItem->nHandlerType == HANDLER_TYPE_PREFERENCE &&
+                   std::strcmp(static_cast<const std::string *>(pItem->pKey)->c_str(), szKey) == 0;
+        }));
+}
+
+bool TslEventMonitor::_removeItem(std::vector<EventHandlerItem *>::iterator itItem) {
     if (itItem == m_pHandlerItems.end()) {
         return false;
     }
@@ -68,6 +105,10 @@ void TslEventMonitor::destroyItem(EventHandlerItem *pHandlerItem) {
     if (pHandlerItem->nHandlerType == HANDLER_TYPE_APP_EVENT) {
         delete static_cast<int *>(pHandlerItem->pKey);
         delete static_cast<app_assist::WAppEventHandler *>(pHandlerItem->pHandler);
+        delete pHandlerItem;
+    } else if (pHandlerItem->nHandlerType == HANDLER_TYPE_PREFERENCE) {
+        delete static_cast<std::string *>(pHandlerItem->pKey);
+        delete static_cast<PreferenceHandler *>(pHandlerItem->pHandler);
         delete pHandlerItem;
     }
 }
