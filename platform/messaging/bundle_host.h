@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bundle.h>
+#include <gio/gio.h>
 
 #include <map>
 #include <string>
@@ -21,3 +22,17 @@ struct _bundle_t {
 
     std::map<std::string, Value, std::less<>> values;
 };
+
+namespace host {
+
+/// Type of a bundle on the bus. Keys and texts go as bytes, since they need not be UTF-8.
+inline constexpr const char *kBundleType = "a(aybaay)";
+
+/// The bundle as one value for the bus, floating.
+[[nodiscard]] GVariant *bundle_to_variant(const bundle &source);
+
+/// The way back: adds what the value holds.
+/// @param variant  of kBundleType
+void bundle_from_variant(GVariant *variant, bundle &target);
+
+}  // namespace host

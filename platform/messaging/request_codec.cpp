@@ -24,39 +24,6 @@ constexpr std::array<NamedField, 6> kFields{{{"operation", &app_control_s::opera
                                              {"app-id", &app_control_s::app_id},
                                              {"caller", &app_control_s::caller}}};
 
-std::vector<const char *> pointers_to(const std::vector<std::string> &texts) {
-    std::vector<const char *> pointers;
-    for (const std::string &text : texts) {
-        pointers.push_back(text.c_str());
-    }
-    return pointers;
-}
-
-// One extra: key, whether it is an array, its texts.
-GVariant *extra_to_variant(const std::string &key, const bundle::Value &value) {
-    const auto *text = std::get_if<std::string>(&value);
-    const std::vector<std::string> texts =
-        text != nullptr ? std::vector{*text} : std::get<bundle::Array>(value).texts;
-    const std::vector<const char *> pointers = pointers_to(texts);
-    return g_variant_new(
-        "(@ayb@aay)", g_variant_new_bytestring(key.c_str()), text == nullptr,
-        g_variant_new_bytestring_array(pointers.data(), static_cast<gssize>(pointers.size())));
-}
-
-void extra_from_variant(GVariant *variant, bundle &extras) {
-    const char *key = nullptr;
-    gboolean is_array = FALSE;
-    const char **texts = nullptr;
-    g_variant_get(variant, "(^&ayb^a&ay)", &key, &is_array, &texts);
-    const std::unique_ptr<const char *, void (*)(gpointer)> owner(texts, g_free);
-    const int length = static_cast<int>(g_strv_length(const_cast<char **>(texts)));
-    if (is_array) {
-        bundle_add_str_array(&extras, key, texts, length);
-    } else if (length == 1) {
-        bundle_add_str(&extras, key, texts[0]);
-    }
-}
-
 int hex_digit(char digit) {
     return std::isdigit(static_cast<unsigned char>(digit)) ? digit - '0'
                                                            : (digit | 0x20) - 'a' + 10;
@@ -101,12 +68,7 @@ GVariant *request_to_variant(const app_control_s &request) {
         }
     }
     g_variant_dict_insert(&dict, kLaunchMode, "i", static_cast<gint32>(request.launch_mode));
-    GVariantBuilder extras;
-    g_variant_builder_init(&extras, G_VARIANT_TYPE("a(aybaay)"));
-    for (const auto &[key, value] : request.extras.values) {
-        g_variant_builder_add_value(&extras, extra_to_variant(key, value));
-    }
-    g_variant_dict_insert_value(&dict, kExtras, g_variant_builder_end(&extras));
+    g_variant_dict_insert_value(&dict, kExtras, bundle_to_variant(request.extras));
     return g_variant_dict_end(&dict);
 }
 
@@ -124,10 +86,9 @@ AppControlPtr request_from_variant(GVariant *variant) {
         mode == APP_CONTROL_LAUNCH_MODE_GROUP) {
         request->launch_mode = APP_CONTROL_LAUNCH_MODE_GROUP;
     }
-    const GVariantPtr extras(g_variant_lookup_value(variant, kExtras, G_VARIANT_TYPE("a(aybaay)")));
-    for (gsize i = 0; extras && i < g_variant_n_children(extras.get()); ++i) {
-        const GVariantPtr extra(g_variant_get_child_value(extras.get(), i));
-        extra_from_variant(extra.get(), request->extras);
+    const GVariantPtr extras(g_variant_lookup_value(variant, kExtras, G_VARIANT_TYPE(kBundleType)));
+    if (extras) {
+        bundle_from_variant(extras.get(), request->extras);
     }
     return request;
 }
