@@ -13,7 +13,7 @@ constexpr char TSL_EDJ_FILE[] = "edje/tessel.edj";
 class TslResourceCtrl : public TSingleton<TslResourceCtrl> {
 public:
     TslResourceCtrl();
-    virtual ~TslResourceCtrl();
+    ~TslResourceCtrl() override;
 
     void setTextDomain(const std::string &szTextDomain);
     /// @return a copy of the domain set last, empty before the first

@@ -139,8 +139,16 @@ bool Application::wait_for_role() {
     while (poll(fds.data(), fds.size(), -1) < 0 && errno == EINTR) {
     }
     std::uint64_t word = 0;
-    return fds[1].revents == 0 && read(role_fd_.get(), &word, sizeof word) == sizeof word &&
-           word == kPlay;
+    if (fds[1].revents != 0 || read(role_fd_.get(), &word, sizeof word) != sizeof word) {
+        return false;
+    }
+    if (word == kHandedOver && options().screenshot) {
+        std::fprintf(stderr,
+                     "tessel: no screenshot %s: the video plays in the instance that was already "
+                     "there; --new-instance plays it by itself\n",
+                     options().screenshot->file.c_str());
+    }
+    return word == kPlay;
 }
 
 int Application::run_shell() {

@@ -39,7 +39,7 @@ float bump(float x, float centre, float half_width) {
 std::uint32_t pack(const Colour &c, float alpha) {
     const auto byte = [alpha](float v) {
         return static_cast<std::uint32_t>(
-            std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F);
+            std::lround(std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F));
     };
     return byte(1.0F) << 24U | byte(c.r) << 16U | byte(c.g) << 8U | byte(c.b);
 }

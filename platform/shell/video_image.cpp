@@ -24,7 +24,7 @@ VideoImage::VideoImage(Evas *canvas, std::function<void()> draw)
 }
 
 VideoImage::~VideoImage() {
-    clear();
+    VideoImage::clear();
 }
 
 void VideoImage::place(const Rect &screen) {

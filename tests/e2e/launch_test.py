@@ -85,6 +85,15 @@ class SecondProcess(e2e.TestCase):
         self.assertIn(e2e.MIDDLE, state["uri"])
         self.assertFalse(second.log_has("=== App Control ==="))
 
+    def test_a_screenshot_that_the_second_was_to_take_is_not_dropped_silently(self):
+        self.play(e2e.LONG, bus=self.bus)
+        picture = os.path.join(self.directory, "second.png")
+        second = self.second(e2e.clip(e2e.MIDDLE), "--screenshot", f"{picture}@0")
+        second.expect_exit(0)
+        self.assertIn(f"tessel: no screenshot {picture}: the video plays in the instance that was "
+                      "already there; --new-instance plays it by itself", second.text())
+        self.assertFalse(os.path.exists(picture))
+
     def test_an_odd_name_arrives_as_it_is(self):
         path = os.path.join(self.directory, ODD_NAME)
         shutil.copy(e2e.clip(e2e.MIDDLE), path)

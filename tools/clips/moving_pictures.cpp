@@ -56,8 +56,8 @@ void paint_ground(Picture &picture, int number) {
 
 void fill(Picture &picture, double left, double top, double right, double bottom,
           std::uint8_t value) {
-    for (int y = static_cast<int>(top + 0.5); y < static_cast<int>(bottom + 0.5); ++y) {
-        for (int x = static_cast<int>(left + 0.5); x < static_cast<int>(right + 0.5); ++x) {
+    for (long y = std::lround(top); y < std::lround(bottom); ++y) {
+        for (long x = std::lround(left); x < std::lround(right); ++x) {
             if (x >= 0 && y >= 0 && x < picture.width && y < picture.height) {
                 picture.luma(x, y) = value;
             }
