@@ -26,7 +26,8 @@ public:
     /// @param parent     widget below a window that a window controller made
     /// @param viewParam  handed to onCreate() and onCreateView()
     /// @return false when onCreate() refused or no object was made; the view then still exists and
-    ///         its owner calls destroy()
+    ///         its owner calls destroy(). true also when one of the view's own operations has
+    ///         destroyed it.
     virtual bool create(Evas_Object *parent, void *viewParam);
     /// Asks for the deletion of the object, and so of the view; without an object the view is
     /// deleted at once.
@@ -86,6 +87,7 @@ protected:
 private:
     static void _evasObjectDeletedCb(void *data, Evas *evas, Evas_Object *obj, void *eventInfo);
 
+    Evas_Object *_makeObject(Evas_Object *parent, void *viewParam);
     void _findWindowController();
 
     _WViewControllerImpl *_pv;

@@ -9,12 +9,12 @@
 
 #include "app-assist/WLog.h"
 #include "app-assist/WNaviframeController.h"
+#include "framework_theme.h"
 
 namespace app_assist {
 
 namespace {
 
-constexpr const char *FRAMEWORK_THEME = "edje/app-assist-efl.edj";
 constexpr const char *DEFAULT_VIEW_GROUP = "default-view";
 
 Evas_Object *addFilledRectangle(Evas_Object *layout) {
@@ -154,7 +154,11 @@ void WContentViewController::onBecamePageContent(Elm_Object_Item *) {}
 
 void WContentViewController::onAddMoreButton(Elm_Object_Item *naviItem, Evas_Smart_Cb clicked,
                                              void *userData) {
-    Evas_Object *button = elm_button_add(_pv->_naviframe->getEvasObject());
+    WNaviframeController *naviframe = getNaviframeController();
+    if (naviframe == nullptr) {
+        return;
+    }
+    Evas_Object *button = elm_button_add(naviframe->getEvasObject());
     elm_object_style_set(button, "naviframe/more/default");
     evas_object_show(button);
     evas_object_smart_callback_add(button, "clicked", clicked, userData);
@@ -171,8 +175,10 @@ void WContentViewController::setNaviItem(Elm_Object_Item *item, bool isOwner) {
 }
 
 void WContentViewController::notifyPushed(Elm_Object_Item *item) {
-    if (_pv->_pushedHandler) {
-        _pv->_pushedHandler(item);
+    // A copy, because the handler may destroy the view and the stored one with it.
+    const std::function<void(Elm_Object_Item *)> handler = _pv->_pushedHandler;
+    if (handler) {
+        handler(item);
     } else {
         onPushed(item);
     }

@@ -2,7 +2,9 @@
 
 #include <efl_extension.h>
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "app-assist/WContentViewController.h"
 #include "app-assist/WLog.h"
@@ -11,10 +13,19 @@
 
 namespace app_assist {
 
+namespace {
+
+/// Those whose top item the toolkit is asking about, the innermost last.
+std::vector<const WNaviframeController *> s_popping;
+
+bool isPopping(const WNaviframeController *naviframe) {
+    return std::find(s_popping.begin(), s_popping.end(), naviframe) != s_popping.end();
+}
+
+}  // namespace
+
 struct _WNaviframeControllerImpl {
     std::function<void(bool *)> _lastItemPopHandler;
-    // Set while the toolkit asks whether its top item may go.
-    bool _popping = false;
 };
 
 WNaviframeController::WNaviframeController() : _pv(new _WNaviframeControllerImpl) {}
@@ -42,7 +53,7 @@ void WNaviframeController::destroy() {
         delete this;
         return;
     }
-    if (_pv->_popping) {
+    if (isPopping(this)) {
         // The toolkit doesn't survive the loss of its naviframe in the middle of a pop.
         WTimer::addJob([this](void *) { destroy(); }, nullptr, naviframe);
         return;
@@ -56,7 +67,7 @@ void WNaviframeController::destroy() {
 
 bool WNaviframeController::push(WContentViewController *view, const char *viewName,
                                 void *viewParam) {
-    if (viewName != nullptr) {
+    if (viewName != nullptr && view != nullptr) {
         view->setName(viewName);
     }
     return onPush(view, viewParam);
@@ -71,7 +82,7 @@ bool WNaviframeController::isTopContentView(WContentViewController *view) {
         return false;
     }
     Elm_Object_Item *top = elm_naviframe_top_item_get(getEvasObject());
-    return top != nullptr && top == view->getNaviItem();
+    return top != nullptr && view != nullptr && top == view->getNaviItem();
 }
 
 WContentViewController *WNaviframeController::getTopContentView() {
@@ -97,6 +108,10 @@ Evas_Object *WNaviframeController::onCreateView(Evas_Object *parent, void *) {
 
 bool WNaviframeController::onPush(WContentViewController *view, void *viewParam) {
     WASSERT(getEvasObject() != nullptr);
+    if (view == nullptr) {
+        WERROR("Failed to create a vc!");
+        return false;
+    }
     Evas_Object *naviframe = getEvasObject();
     // Each operation of the view may delete it, or this naviframe with all that is on it.
     const WViewWeakPtr self = getWeakPtr();
@@ -155,8 +170,10 @@ bool WNaviframeController::_popBottomItem(WContentViewController *view) {
         return false;
     }
     bool popOut = true;
-    if (_pv->_lastItemPopHandler) {
-        _pv->_lastItemPopHandler(&popOut);
+    // A copy, because the handler may set another one.
+    const std::function<void(bool *)> handler = _pv->_lastItemPopHandler;
+    if (handler) {
+        handler(&popOut);
     } else {
         onLastItemPop(&popOut);
     }
@@ -185,9 +202,9 @@ Eina_Bool WNaviframeController::_itemPopCb(void *data, Elm_Object_Item *item) {
     auto *view = static_cast<WContentViewController *>(data);
     auto *naviframe = static_cast<WNaviframeController *>(
         evas_object_data_get(elm_object_item_widget_get(item), NAVIFRAME_INSTANCE_KEY));
-    naviframe->_pv->_popping = true;
+    s_popping.push_back(naviframe);
     const bool pop = naviframe->onItemPop(view, item);
-    naviframe->_pv->_popping = false;
+    s_popping.pop_back();
     return pop ? EINA_TRUE : EINA_FALSE;
 }
 

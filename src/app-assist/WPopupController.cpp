@@ -171,8 +171,11 @@ void WPopupController::_addContent(Evas_Object *popup) {
     if (!_pv->_content.empty()) {
         _setText(popup, nullptr, _pv->_content.c_str());
     } else if (_pv->_contentView != nullptr) {
+        const WViewWeakPtr content = _pv->_contentView->getWeakPtr();
         _pv->_contentView->create(popup, nullptr);
-        elm_object_part_content_set(popup, nullptr, _pv->_contentView->getEvasObject());
+        if (!content.expired()) {
+            elm_object_part_content_set(popup, nullptr, _pv->_contentView->getEvasObject());
+        }
     } else if (_pv->_contentCreator) {
         elm_object_part_content_set(popup, nullptr, _pv->_contentCreator(popup));
     }

@@ -40,12 +40,20 @@ bool WViewController::create(Evas_Object *parent, void *viewParam) {
     if (_pv->_evasObject != nullptr) {
         return true;
     }
+    // Each of its own operations may destroy the view, and then nobody has to see to it any more.
+    const WViewWeakPtr alive = getWeakPtr();
     if (!onCreate(viewParam)) {
-        return false;
+        return alive.expired();
     }
-    const bool handled = _pv->_createViewHandler != nullptr && *_pv->_createViewHandler;
-    _pv->_evasObject =
-        handled ? (*_pv->_createViewHandler)(parent, viewParam) : onCreateView(parent, viewParam);
+    if (alive.expired()) {
+        return true;
+    }
+    Evas_Object *object = _makeObject(parent, viewParam);
+    if (alive.expired()) {
+        evas_object_del(object);
+        return true;
+    }
+    _pv->_evasObject = object;
     if (_pv->_evasObject == nullptr) {
         WERROR("No view object created!");
         return false;
@@ -59,6 +67,16 @@ bool WViewController::create(Evas_Object *parent, void *viewParam) {
     evas_object_event_callback_add(_pv->_evasObject, EVAS_CALLBACK_DEL, _evasObjectDeletedCb, this);
     onCreated();
     return true;
+}
+
+Evas_Object *WViewController::_makeObject(Evas_Object *parent, void *viewParam) {
+    if (_pv->_createViewHandler != nullptr && *_pv->_createViewHandler) {
+        // A copy, because the handler may destroy the view and the stored one with it.
+        const std::function<Evas_Object *(Evas_Object *, void *)> handler =
+            *_pv->_createViewHandler;
+        return handler(parent, viewParam);
+    }
+    return onCreateView(parent, viewParam);
 }
 
 void WViewController::destroy() {
@@ -92,6 +110,12 @@ WViewWeakPtr WViewController::getWeakPtr() const {
 }
 
 void WViewController::attachPopup(WViewController *popup) {
+    if (popup == nullptr) {
+        WERROR("No popup to attach!");
+        return;
+    }
+    const WViewWeakPtr self = getWeakPtr();
+    const WViewWeakPtr attached = popup->getWeakPtr();
     Evas_Object *parent = _pv->_evasObject;
     do {
         parent = elm_object_parent_widget_get(parent);
@@ -101,13 +125,21 @@ void WViewController::attachPopup(WViewController *popup) {
         parent = elm_object_top_widget_get(_pv->_evasObject);
     }
     popup->create(parent, nullptr);
-    // Taken before the former popup goes, since that may be the same one.
-    WViewWeakPtr weak = popup->getWeakPtr();
-    destroyPopup();
+    if (!self.expired()) {
+        destroyPopup();
+    }
+    // The making of one popup or the end of the other may have been the end of this view, which no
+    // popup of its outlives.
+    if (self.expired()) {
+        if (!attached.expired()) {
+            popup->destroy();
+        }
+        return;
+    }
     if (_pv->_popup == nullptr) {
         _pv->_popup = new WViewWeakPtr;
     }
-    *_pv->_popup = weak;
+    *_pv->_popup = attached;
 }
 
 void WViewController::destroyPopup() {
@@ -127,11 +159,16 @@ bool WViewController::setPartContent(const char *partName, WViewController *vc) 
         WERROR("Container object is not yet created!");
         return false;
     }
-    if (!vc->create(_pv->_evasObject, nullptr)) {
+    Evas_Object *container = _pv->_evasObject;
+    const WViewWeakPtr content = vc != nullptr ? vc->getWeakPtr() : WViewWeakPtr();
+    if (vc == nullptr || !vc->create(container, nullptr)) {
         WERROR("Fail to create the view");
         return false;
     }
-    elm_object_part_content_set(_pv->_evasObject, partName, vc->getEvasObject());
+    // onCreated() may have destroyed it, alone or with this view.
+    if (!content.expired()) {
+        elm_object_part_content_set(container, partName, vc->getEvasObject());
+    }
     return true;
 }
 

@@ -734,19 +734,84 @@ TEST_F(DefaultViewTest, MissingThemeFileIsLoggedAndGivesAShownEmptyLayout) {
     EXPECT_TRUE(evas_object_visible_get(page->getEvasObject()));
 }
 
-// ---- many
-
-TEST_F(NaviframeTest, ManyPagesComeAndGo) {
-    pushed("root");
-    for (int i = 0; i < 200; ++i) {
-        auto *page = new Page(m_journal, "page");
-        ASSERT_TRUE(m_naviframe->push(page, nullptr));
+TEST_F(NaviframeTest, HandlersMayEndThePageAndGoOnWithWhatTheyHold) {
+    auto *page = new Page(m_journal, "page");
+    auto token = std::make_shared<int>(7);
+    int seen = 0;
+    page->setPushedHandler([page, token = std::move(token), &seen](Elm_Object_Item *) {
         page->destroy();
-        support::run_loop_turns(1);
-    }
-    EXPECT_TRUE(run_main_loop_until(
-        [&] { return std::count(m_journal.begin(), m_journal.end(), "page.gone") == 200; }));
+        seen = *token;
+    });
+    EXPECT_TRUE(m_naviframe->push(page, nullptr));
+    EXPECT_EQ(seen, 7);
+    EXPECT_TRUE(wait_for("page.gone"));
+}
+
+TEST_F(NaviframeTest, LastItemHandlerMayReplaceItself) {
+    pushed("page");
+    auto token = std::make_shared<int>(7);
+    int seen = 0;
+    m_naviframe->setLastItemPopHandler([this, token = std::move(token), &seen](bool *pop_out) {
+        m_naviframe->setLastItemPopHandler(nullptr);
+        seen = *token;
+        *pop_out = false;
+    });
+    mock::fake_keys().press_back();
+    EXPECT_EQ(seen, 7);
     EXPECT_EQ(depth(), 1U);
+}
+
+TEST_F(NaviframeTest, NaviframeMayGoInItsLastItemHandler) {
+    pushed("page");
+    m_naviframe->setLastItemPopHandler([this](bool *) { m_naviframe->destroy(); });
+    mock::fake_keys().press_back();
+    EXPECT_TRUE(wait_for("naviframe.gone"));
+    EXPECT_TRUE(noted("page.gone"));
+}
+
+TEST_F(NaviframeTest, NaviframeMayGoInOnBecomeTop) {
+    Page *below = pushed("below");
+    pushed("above");
+    below->in_become_top = [this] { m_naviframe->destroy(); };
+    mock::fake_keys().press_back();
+    EXPECT_TRUE(wait_for("naviframe.gone"));
+    EXPECT_TRUE(noted("below.gone"));
+    EXPECT_TRUE(noted("above.gone"));
+}
+
+TEST_F(NaviframeTest, PageMayDestroyItselfInOnCreateViewOfAPush) {
+    auto *page = new Page(m_journal, "page");
+    page->setCreateViewHandler([page](Evas_Object *, void *) -> Evas_Object * {
+        page->destroy();
+        return nullptr;
+    });
+    EXPECT_TRUE(m_naviframe->push(page, nullptr));
+    EXPECT_TRUE(noted("page.gone"));
+    EXPECT_EQ(depth(), 0U);
+}
+
+TEST_F(NaviframeTest, NoPageIsNotPushed) {
+    EXPECT_FALSE(m_naviframe->push(nullptr, "page"));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Failed to create a vc!")}, tag));
+    pushed("page");
+    EXPECT_FALSE(m_naviframe->isTopContentView(nullptr));
+}
+
+TEST_F(NaviframeTest, NameMayHoldAnyBytes) {
+    const char *odd = "\xff\x01%s\n\"'/../\xe2\x82";
+    auto *page = new Page(m_journal, "page");
+    page->setTitle(odd);
+    EXPECT_TRUE(m_naviframe->push(page, odd));
+    EXPECT_STREQ(page->getName(), odd);
+    EXPECT_STREQ(page->getTitle(), odd);
+    EXPECT_STREQ(evas_object_name_get(page->getEvasObject()), odd);
+}
+
+TEST_F(MoreButtonTest, PageWithoutAPlaceGetsNone) {
+    auto *page = new Page(m_journal, "page");
+    EXPECT_TRUE(page->setMoreButton(nullptr, clicked, nullptr));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn("naviframe does not exist!")}, tag));
+    page->destroy();
 }
 
 }  // namespace

@@ -252,6 +252,58 @@ TEST_F(ViewTest, MayDestroyItselfInOnCreated) {
                                   "view.onDestroy", "view.gone"}));
 }
 
+// A view that has ended in its own creation needs nobody to destroy it any more.
+
+struct EndsInCreation : View {
+    using View::View;
+    bool ends_in_on_create = false;
+    bool result = true;
+    bool onCreate(void *param) override {
+        View::onCreate(param);
+        const bool accepted = result;
+        if (ends_in_on_create) {
+            destroy();
+        }
+        return accepted;
+    }
+};
+
+TEST_F(ViewTest, MayDestroyItselfInOnCreate) {
+    for (const bool result : {true, false}) {
+        m_journal.clear();
+        auto *view = new EndsInCreation(m_journal);
+        view->ends_in_on_create = true;
+        view->result = result;
+        EXPECT_TRUE(view->create(base_layout(), nullptr));
+        EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onDestroy", "view.gone"}));
+    }
+    EXPECT_TRUE(NoFaultLogged(tag));
+}
+
+TEST_F(ViewTest, MayDestroyItselfWhileItsObjectIsMade) {
+    auto *view = new View(m_journal);
+    Evas_Object *made = nullptr;
+    bool deleted = false;
+    std::weak_ptr<int> watch;
+    auto token = std::make_shared<int>(0);
+    watch = token;
+    view->setCreateViewHandler([&, token = std::move(token)](Evas_Object *parent, void *) {
+        view->destroy();
+        // What the handler holds outlives the view.
+        EXPECT_FALSE(watch.expired());
+        made = elm_button_add(parent);
+        evas_object_event_callback_add(
+            made, EVAS_CALLBACK_DEL,
+            [](void *data, Evas *, Evas_Object *, void *) { *static_cast<bool *>(data) = true; },
+            &deleted);
+        return made;
+    });
+    EXPECT_TRUE(view->create(base_layout(), nullptr));
+    EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onDestroy", "view.gone"}));
+    EXPECT_TRUE(deleted);
+    EXPECT_TRUE(watch.expired());
+}
+
 TEST_F(ViewTest, MayDestroyItselfAgainInOnDestroy) {
     View *view = created();
     view->in_destroy = [view] { evas_object_del(view->getEvasObject()); };
@@ -381,6 +433,83 @@ TEST_F(ViewTest, PopupMayDestroyItsViewInOnDestroy) {
     view->destroyPopup();
     EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "view.gone"), 1);
     EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "popup.gone"), 1);
+}
+
+TEST_F(ViewTest, PopupMayDestroyItselfInItsCreation) {
+    auto *view = new View(m_journal);
+    ASSERT_TRUE(view->create(base_layout(), nullptr));
+    auto *popup = new View(m_journal, "popup");
+    popup->in_created = [popup] { popup->destroy(); };
+    view->attachPopup(popup);
+    EXPECT_EQ(m_journal.back(), "popup.gone");
+    view->destroyPopup();
+    view->destroy();
+}
+
+TEST_F(ViewTest, PopupMayDestroyItsViewInItsCreationAndGoesToo) {
+    auto *view = new View(m_journal);
+    ASSERT_TRUE(view->create(base_layout(), nullptr));
+    auto *popup = new View(m_journal, "popup");
+    popup->in_created = [view] { view->destroy(); };
+    view->attachPopup(popup);
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "view.gone"), 1);
+    EXPECT_EQ(m_journal.back(), "popup.gone");
+}
+
+TEST_F(ViewTest, FormerPopupMayDestroyTheViewWhenTheNextOneComes) {
+    auto *view = new View(m_journal);
+    ASSERT_TRUE(view->create(base_layout(), nullptr));
+    auto *former = new View(m_journal, "former");
+    view->attachPopup(former);
+    former->in_destroy = [view] { view->destroy(); };
+    view->attachPopup(new View(m_journal, "next"));
+    for (const char *what : {"view.gone", "former.gone", "next.gone"}) {
+        EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), what), 1) << what;
+    }
+}
+
+TEST_F(ViewTest, NoPopupIsLoggedAndChangesNothing) {
+    auto *view = new View(m_journal);
+    ASSERT_TRUE(view->create(base_layout(), nullptr));
+    auto *popup = new View(m_journal, "popup");
+    view->attachPopup(popup);
+    m_journal.clear();
+    view->attachPopup(nullptr);
+    EXPECT_EQ(m_journal, Journal());
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * No popup to attach!")}, tag));
+}
+
+TEST_F(ViewTest, PopupOfAViewWithoutObjectIsNotCreated) {
+    auto *view = new View(m_journal);
+    auto *popup = new View(m_journal, "popup");
+    popup->make_object = false;
+    view->attachPopup(popup);
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Cannot find parent View!"),
+                                  logs::error("* Critical * No view object created!")},
+                                 tag));
+    view->destroy();
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "popup.gone"), 1);
+}
+
+TEST_F(ViewTest, ViewMayDestroyItselfOrItsContainerWhileAPartTakesIt) {
+    auto *container = new View(m_journal, "container");
+    ASSERT_TRUE(container->create(base_layout(), nullptr));
+    auto *first = new View(m_journal, "first");
+    first->in_created = [first] { first->destroy(); };
+    EXPECT_TRUE(container->setPartContent("elm.swallow.content", first));
+    EXPECT_EQ(m_journal.back(), "first.gone");
+    auto *second = new View(m_journal, "second");
+    second->in_created = [container] { container->destroy(); };
+    EXPECT_TRUE(container->setPartContent("elm.swallow.content", second));
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "second.gone"), 1);
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "container.gone"), 1);
+}
+
+TEST_F(ViewTest, PartRefusesNoView) {
+    auto *container = new View(m_journal, "container");
+    ASSERT_TRUE(container->create(base_layout(), nullptr));
+    EXPECT_FALSE(container->setPartContent("elm.swallow.content", nullptr));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Fail to create the view")}, tag));
 }
 
 class ViewWithoutBaseLayoutTest : public ViewTest {
