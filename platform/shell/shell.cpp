@@ -225,6 +225,8 @@ bool start_shell() {
         return false;
     }
     load_platform_theme();
+    // A touch screen's lists and pages follow the finger; a desktop's wait for a scroll bar's grip.
+    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
     instance = std::make_unique<Shell>(std::move(top));
     return true;
 }
