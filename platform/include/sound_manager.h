@@ -10,6 +10,9 @@
  *
  * Every operation returns SOUND_MANAGER_ERROR_NONE (0) or an error of sound_manager_error_e. An
  * operation that fails changes nothing and leaves its output arguments as they were.
+ * SOUND_MANAGER_ERROR_INTERNAL is the answer of all that concerns a volume or devices, but not
+ * the maximum, while the sound service is away. It comes back by itself: devices that go and come
+ * with it, and a volume that has changed, are reported.
  * SOUND_MANAGER_ERROR_INVALID_PARAMETER is the answer to a null output argument, a handle that
  * isn't alive, and a value out of its range.
  */

@@ -24,6 +24,23 @@ struct SourceDestroy {
 };
 using SourcePtr = std::unique_ptr<GSource, SourceDestroy>;
 
+constexpr auto kClientFlags = static_cast<GDBusConnectionFlags>(
+    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
+/// Cancels, on the service thread, once an attempt to connect has taken too long.
+SourcePtr start_timeout(GCancellable *cancellable) {
+    SourcePtr timeout(g_timeout_source_new(kConnectTimeoutMs));
+    g_source_set_callback(
+        timeout.get(),
+        [](gpointer late) -> gboolean {
+            g_cancellable_cancel(G_CANCELLABLE(late));
+            return G_SOURCE_REMOVE;
+        },
+        g_object_ref(cancellable), &g_object_unref);
+    g_source_attach(timeout.get(), service_context());
+    return timeout;
+}
+
 // All of it lives on the service thread.
 class SessionBus {
 public:
@@ -62,28 +79,13 @@ private:
             return;
         }
         cancellable_.reset(g_cancellable_new());
-        start_timeout();
+        timeout_ = start_timeout(cancellable_.get());
         g_dbus_connection_new_for_address(
-            address->c_str(),
-            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-            nullptr, cancellable_.get(),
+            address->c_str(), kClientFlags, nullptr, cancellable_.get(),
             [](GObject *, GAsyncResult *result, gpointer self) {
                 static_cast<SessionBus *>(self)->connected(result);
             },
             this);
-    }
-
-    void start_timeout() {
-        timeout_.reset(g_timeout_source_new(kConnectTimeoutMs));
-        g_source_set_callback(
-            timeout_.get(),
-            [](gpointer self) -> gboolean {
-                g_cancellable_cancel(static_cast<SessionBus *>(self)->cancellable_.get());
-                return G_SOURCE_REMOVE;
-            },
-            this, nullptr);
-        g_source_attach(timeout_.get(), service_context());
     }
 
     void connected(GAsyncResult *result) {
@@ -156,6 +158,17 @@ GObjectPtr<GDBusConnection> session_bus() {
         // The service thread has ended without calling back.
         return nullptr;
     }
+}
+
+GObjectPtr<GDBusConnection> open_session_bus() {
+    const auto address = session_bus_address();
+    if (!address) {
+        return nullptr;
+    }
+    const GObjectPtr<GCancellable> cancellable(g_cancellable_new());
+    const SourcePtr timeout = start_timeout(cancellable.get());
+    return GObjectPtr<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+        address->c_str(), kClientFlags, nullptr, cancellable.get(), nullptr));
 }
 
 void close_session_bus() {

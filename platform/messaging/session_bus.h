@@ -23,6 +23,10 @@ void with_session_bus(std::function<void(GDBusConnection *)> ready);
 /// Waits for the connection; null when there is none. Not on the service thread.
 [[nodiscard]] GObjectPtr<GDBusConnection> session_bus();
 
+/// Opens a connection of the caller's own, a second member of the bus: another name owner, beside
+/// the shared one. Waits for it; null when there is no bus. Not on the service thread.
+[[nodiscard]] GObjectPtr<GDBusConnection> open_session_bus();
+
 /// Sends what waits and closes the connection. Not on the service thread.
 void close_session_bus();
 

@@ -134,7 +134,23 @@ std::optional<std::string> environment(const char *name) {
     return value;
 }
 
-bool pulse_answers() {
+/// Whether the kernel has a device that plays and that this user may open.
+bool alsa_plays() {
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry("/dev/snd", error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename();
+        if (name.starts_with("pcm") && name.ends_with('p') &&
+            access(entry->path().c_str(), R_OK | W_OK) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+bool sound_server_answers() {
     if (const auto servers = environment("PULSE_SERVER")) {
         std::string_view rest = *servers;
         while (!rest.empty()) {
@@ -156,24 +172,8 @@ bool pulse_answers() {
     return local_socket_answers("/run/pulse/native");
 }
 
-/// Whether the kernel has a device that plays and that this user may open.
-bool alsa_plays() {
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry("/dev/snd", error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string name = entry->path().filename();
-        if (name.starts_with("pcm") && name.ends_with('p') &&
-            access(entry->path().c_str(), R_OK | W_OK) == 0) {
-            return true;
-        }
-    }
-    return false;
-}
-
-}  // namespace
-
 const char *sound_sink_element() {
-    if (pulse_answers()) {
+    if (sound_server_answers()) {
         return "pulsesink";
     }
     return alsa_plays() ? "alsasink" : "fakesink";

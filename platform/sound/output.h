@@ -6,9 +6,12 @@ namespace host {
 
 /// What the player needs of the sound backend. Any thread.
 
-/// Name of the GStreamer element that takes the sound: "pulsesink" when a PulseAudio server answers
-/// within a tenth of a second, else "alsasink" when there is a device that plays, else "fakesink",
-/// which discards the sound in real time once its property `sync` is set. Asks anew at each call.
+/// Whether a PulseAudio server answers within a tenth of a second. Asks anew at each call.
+[[nodiscard]] bool sound_server_answers();
+
+/// Name of the GStreamer element that takes the sound: "pulsesink" when sound_server_answers(),
+/// else "alsasink" when there is a device that plays, else "fakesink", which discards the sound in
+/// real time once its property `sync` is set. Asks anew at each call.
 [[nodiscard]] const char *sound_sink_element();
 
 /// Linear gain, 0.0 to 1.0, that the built-in mixer's media volume asks of a stream; 1.0 when the

@@ -10,15 +10,19 @@
 #include <utility>
 #include <vector>
 
+#include "messaging/session_bus.h"
 #include "sound/backend.h"
 #include "sound/callback_thread.h"
+#include "sound/focus.h"
 #include "sound/listener.h"
 #include "sound/output.h"
 
 using host::sound::Backend;
 using host::sound::CallbackThread;
 using host::sound::Device;
+using host::sound::Focus;
 using host::sound::FocusChange;
+using host::sound::FocusStatement;
 using host::sound::Listener;
 using host::sound::StreamId;
 
@@ -46,7 +50,7 @@ struct DeviceListener {
 
 /// The part of the interface that is the same for every backend: handles, callbacks and their
 /// threads.
-class SoundManager final : public host::sound::Events {
+class SoundManager final : public host::sound::Events, public host::sound::FocusEvents {
 public:
     static SoundManager &instance() {
         static SoundManager manager;
@@ -57,6 +61,20 @@ public:
     void use(host::sound::BackendFactory factory) {
         backend_.reset();
         backend_ = factory(*this);
+    }
+
+    Focus &focus() {
+        const std::lock_guard lock(mutex_);
+        if (!focus_) {
+            focus_ = host::session_bus_address() ? host::sound::create_session_bus_focus(*this)
+                                                 : host::sound::create_builtin_focus(*this);
+        }
+        return *focus_;
+    }
+    void use(host::sound::FocusFactory factory) {
+        auto focus = factory(*this);
+        const std::lock_guard lock(mutex_);
+        focus_ = std::move(focus);
     }
 
     // Events, on any thread.
@@ -171,7 +189,9 @@ public:
     Listener<double> gain;
 
 private:
-    SoundManager() : backend_(host::sound::create_builtin_backend(*this)) {}
+    SoundManager()
+        : backend_(host::sound_server_answers() ? host::sound::create_pulse_backend(*this)
+                                                : host::sound::create_builtin_backend(*this)) {}
 
     [[nodiscard]] std::shared_ptr<sound_stream_info_s> find_stream(StreamId id) const {
         const std::lock_guard lock(mutex_);
@@ -191,10 +211,11 @@ private:
     int last_device_listener_ = 0;
     int safety_volume_ = 0;
 
-    // In this order: the backend, which reports, goes first, then the threads, then what they use.
+    // In this order: what reports goes first, then the threads, then what they use.
     CallbackThread report_thread_;
     CallbackThread focus_thread_;
     std::unique_ptr<Backend> backend_;
+    std::unique_ptr<Focus> focus_;
 };
 
 SoundManager &manager() {
@@ -216,6 +237,10 @@ bool is_sound_type(sound_type_e type) {
 
 bool is_level(sound_type_e type, int level) {
     return is_sound_type(type) && level >= 0 && level <= manager().backend().max_volume(type);
+}
+
+FocusStatement statement_of(int behavior, const char *extra_info) {
+    return {behavior, extra_info != nullptr ? extra_info : ""};
 }
 
 bool are_focus_arguments(sound_stream_focus_mask_e mask, int behavior) {
@@ -244,6 +269,10 @@ void use_backend(BackendFactory factory) {
     manager().use(factory);
 }
 
+void use_focus(FocusFactory factory) {
+    manager().use(factory);
+}
+
 }  // namespace sound
 }  // namespace host
 
@@ -260,6 +289,7 @@ int sound_manager_create_stream_information(sound_stream_type_e stream_type,
                      change.extra_info.empty() ? nullptr : change.extra_info.c_str(), user_data);
         });
     }
+    manager().focus().add_stream(stream->id);
     *stream_info = stream.get();
     return SOUND_MANAGER_ERROR_NONE;
 }
@@ -269,7 +299,7 @@ int sound_manager_destroy_stream_information(sound_stream_info_h stream_info) {
     if (!stream) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    manager().backend().forget_stream(stream->id);
+    manager().focus().remove_stream(stream->id);
     stream->focus.clear();
     return SOUND_MANAGER_ERROR_NONE;
 }
@@ -281,7 +311,8 @@ int sound_manager_acquire_focus(sound_stream_info_h stream_info,
     if (!stream || !are_focus_arguments(focus_mask, sound_behavior)) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    return manager().backend().acquire_focus(stream->id, focus_mask, sound_behavior, extra_info);
+    return manager().focus().acquire(stream->id, focus_mask,
+                                     statement_of(sound_behavior, extra_info));
 }
 
 int sound_manager_release_focus(sound_stream_info_h stream_info,
@@ -291,7 +322,8 @@ int sound_manager_release_focus(sound_stream_info_h stream_info,
     if (!stream || !are_focus_arguments(focus_mask, sound_behavior)) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    return manager().backend().release_focus(stream->id, focus_mask, sound_behavior, extra_info);
+    return manager().focus().release(stream->id, focus_mask,
+                                     statement_of(sound_behavior, extra_info));
 }
 
 int sound_manager_set_focus_reacquisition(sound_stream_info_h stream_info, bool enable) {
@@ -299,7 +331,7 @@ int sound_manager_set_focus_reacquisition(sound_stream_info_h stream_info, bool 
     if (!stream) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    manager().backend().set_reacquisition(stream->id, enable);
+    manager().focus().set_reacquisition(stream->id, enable);
     return SOUND_MANAGER_ERROR_NONE;
 }
 
@@ -315,14 +347,19 @@ int sound_manager_set_volume(sound_type_e type, int volume) {
     if (!is_level(type, volume)) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    return manager().backend().set_volume(type, volume);
+    return manager().backend().set_volume(type, volume) ? SOUND_MANAGER_ERROR_NONE
+                                                        : SOUND_MANAGER_ERROR_INTERNAL;
 }
 
 int sound_manager_get_volume(sound_type_e type, int *volume) {
     if (!is_sound_type(type) || volume == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    *volume = manager().backend().volume(type);
+    const auto level = manager().backend().volume(type);
+    if (!level) {
+        return SOUND_MANAGER_ERROR_INTERNAL;
+    }
+    *volume = *level;
     return SOUND_MANAGER_ERROR_NONE;
 }
 
@@ -397,8 +434,12 @@ int sound_manager_get_device_list(int device_mask, sound_device_list_h *device_l
     if (!is_mask(device_mask, kDeviceBits) || device_list == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
+    auto devices = manager().backend().devices();
+    if (!devices) {
+        return SOUND_MANAGER_ERROR_INTERNAL;
+    }
     auto list = std::make_unique<sound_device_list_s>();
-    for (auto &device : manager().backend().devices()) {
+    for (auto &device : *devices) {
         if ((device.mask() & device_mask) != 0) {
             list->devices.push_back({std::move(device)});
         }
@@ -438,15 +479,21 @@ int sound_manager_get_a2dp_status(bool *connected, char **bt_name) {
     if (connected == nullptr || bt_name == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    const auto name = manager().backend().bluetooth_name();
+    const auto devices = manager().backend().devices();
+    if (!devices) {
+        return SOUND_MANAGER_ERROR_INTERNAL;
+    }
+    const auto set = std::find_if(devices->begin(), devices->end(), [](const Device &device) {
+        return device.type == SOUND_DEVICE_BLUETOOTH;
+    });
     char *copy = nullptr;
-    if (name) {
-        copy = strdup(name->c_str());
+    if (set != devices->end()) {
+        copy = strdup(set->name.c_str());
         if (copy == nullptr) {
             return SOUND_MANAGER_ERROR_OUT_OF_MEMORY;
         }
     }
-    *connected = name != nullptr;
+    *connected = copy != nullptr;
     *bt_name = copy;
     return SOUND_MANAGER_ERROR_NONE;
 }

@@ -6,64 +6,34 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "app/command_line.h"
 #include "common/unique_fd.h"
 #include "sound/backend.h"
+#include "sound/focus.h"
 #include "sound/output.h"
+#include "sound_user.h"
 
 namespace {
 
 using namespace std::chrono_literals;
+using namespace sound_user;
 using host::sound::Device;
 using host::sound::FocusChange;
+using host::sound::FocusStatement;
 using host::sound::StreamId;
+using support::Gate;
+using support::Reports;
 
-constexpr auto kDeadline = 10s;
-
-/// What callbacks report, in order, for a test to wait on.
-template <typename Entry>
-class Reports {
-public:
-    void add(Entry entry) {
-        const std::lock_guard lock(mutex_);
-        entries_.push_back(std::move(entry));
-        changed_.notify_all();
-    }
-    [[nodiscard]] bool wait_for(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, kDeadline, [&] { return entries_.size() >= count; });
-    }
-    [[nodiscard]] std::vector<Entry> entries() {
-        const std::lock_guard lock(mutex_);
-        return entries_;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<Entry> entries_;
-};
-
-/// A door that a callback waits at.
-class Gate {
-public:
-    void open() { opened_.set_value(); }
-    [[nodiscard]] bool pass() { return future_.wait_for(kDeadline) == std::future_status::ready; }
-
-private:
-    std::promise<void> opened_;
-    std::shared_future<void> future_ = opened_.get_future().share();
-};
-
-/// A backend whose devices and focus a test moves as it likes.
+/// A backend whose devices a test moves as it likes, and which a server may leave.
 class StagedBackend final : public host::sound::Backend {
 public:
     explicit StagedBackend(host::sound::Events &events) : events_(events) { current = this; }
@@ -71,173 +41,94 @@ public:
 
     [[nodiscard]] const char *name() const override { return "staged"; }
     [[nodiscard]] int max_volume(sound_type_e) const override { return 15; }
-    [[nodiscard]] int volume(sound_type_e) const override { return 7; }
-    [[nodiscard]] int set_volume(sound_type_e, int) override {
-        return SOUND_MANAGER_ERROR_INTERNAL;
-    }
+    [[nodiscard]] std::optional<int> volume(sound_type_e) const override { return std::nullopt; }
+    [[nodiscard]] bool set_volume(sound_type_e, int) override { return false; }
     [[nodiscard]] double stream_gain() const override { return 1.0; }
-    [[nodiscard]] std::vector<Device> devices() const override {
+    [[nodiscard]] std::optional<std::vector<Device>> devices() const override {
         const std::lock_guard lock(mutex_);
         return devices_;
     }
-    [[nodiscard]] std::unique_ptr<std::string> bluetooth_name() const override {
-        return std::make_unique<std::string>("Headset");
-    }
-    [[nodiscard]] int acquire_focus(StreamId stream, sound_stream_focus_mask_e, int,
-                                    const char *) override {
-        holder = stream;
-        return SOUND_MANAGER_ERROR_POLICY;
-    }
-    [[nodiscard]] int release_focus(StreamId, sound_stream_focus_mask_e, int,
-                                    const char *) override {
-        return SOUND_MANAGER_ERROR_NONE;
-    }
-    void set_reacquisition(StreamId stream, bool enable) override {
-        reacquisitions.add({stream, enable});
-    }
-    void forget_stream(StreamId stream) override { forgotten.add(stream); }
 
-    void set_devices(std::vector<Device> devices, const Device &changed, bool connected) {
-        {
-            const std::lock_guard lock(mutex_);
-            devices_ = std::move(devices);
-        }
-        events_.device_changed(changed, connected);
+    void set_devices(std::optional<std::vector<Device>> devices) {
+        const std::lock_guard lock(mutex_);
+        devices_ = std::move(devices);
     }
-    void lose_focus(int behavior, const std::string &extra) {
-        events_.focus_changed(holder,
-                              {SOUND_STREAM_FOCUS_FOR_PLAYBACK, SOUND_STREAM_FOCUS_STATE_RELEASED,
-                               SOUND_STREAM_FOCUS_CHANGED_BY_CALL, behavior, extra});
+    void report(const Device &changed, bool connected) {
+        events_.device_changed(changed, connected);
     }
 
     static inline StagedBackend *current = nullptr;
-    StreamId holder = 0;
-    Reports<std::pair<StreamId, bool>> reacquisitions;
-    Reports<StreamId> forgotten;
 
 private:
     host::sound::Events &events_;
     mutable std::mutex mutex_;
-    std::vector<Device> devices_;
+    std::optional<std::vector<Device>> devices_;
 };
 
 std::unique_ptr<host::sound::Backend> create_staged_backend(host::sound::Events &events) {
     return std::make_unique<StagedBackend>(events);
 }
 
+/// A focus that a test takes away, and that others forbid.
+class StagedFocus final : public host::sound::Focus {
+public:
+    explicit StagedFocus(host::sound::FocusEvents &events) : events_(events) { current = this; }
+    ~StagedFocus() override { current = nullptr; }
+
+    void add_stream(StreamId stream) override { added.add(stream); }
+    void remove_stream(StreamId stream) override { removed.add(stream); }
+    [[nodiscard]] int acquire(StreamId, int, const FocusStatement &) override {
+        return SOUND_MANAGER_ERROR_POLICY;
+    }
+    [[nodiscard]] int release(StreamId, int, const FocusStatement &) override {
+        return SOUND_MANAGER_ERROR_NONE;
+    }
+    void set_reacquisition(StreamId stream, bool enable) override {
+        reacquisitions.add({stream, enable});
+    }
+
+    void lose(int behavior, const std::string &extra) {
+        events_.focus_changed(added.entries().back(),
+                              {SOUND_STREAM_FOCUS_FOR_PLAYBACK, SOUND_STREAM_FOCUS_STATE_RELEASED,
+                               SOUND_STREAM_FOCUS_CHANGED_BY_CALL, behavior, extra});
+    }
+
+    static inline StagedFocus *current = nullptr;
+    Reports<StreamId> added;
+    Reports<StreamId> removed;
+    Reports<std::pair<StreamId, bool>> reacquisitions;
+
+private:
+    host::sound::FocusEvents &events_;
+};
+
+std::unique_ptr<host::sound::Focus> create_staged_focus(host::sound::FocusEvents &events) {
+    return std::make_unique<StagedFocus>(events);
+}
+
 class BuiltinSound : public testing::Test {
 protected:
     void SetUp() override { host::sound::use_backend(host::sound::create_builtin_backend); }
     void TearDown() override { host::on_stream_gain_changed({}); }
-
-    static int media_volume() {
-        int volume = -1;
-        EXPECT_EQ(sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume), 0);
-        return volume;
-    }
 };
 
 class StagedSound : public testing::Test {
 protected:
-    void SetUp() override { host::sound::use_backend(create_staged_backend); }
-    void TearDown() override { host::sound::use_backend(host::sound::create_builtin_backend); }
+    void SetUp() override {
+        host::sound::use_backend(create_staged_backend);
+        host::sound::use_focus(create_staged_focus);
+    }
+    void TearDown() override {
+        host::sound::use_backend(host::sound::create_builtin_backend);
+        host::sound::use_focus(host::sound::create_builtin_focus);
+    }
     static StagedBackend &backend() { return *StagedBackend::current; }
+    static StagedFocus &focus() { return *StagedFocus::current; }
 };
-
-struct Stream {
-    explicit Stream(sound_stream_focus_state_changed_cb callback = nullptr, void *data = nullptr) {
-        EXPECT_EQ(sound_manager_create_stream_information(SOUND_STREAM_TYPE_MEDIA, callback, data,
-                                                          &handle),
-                  0);
-    }
-    ~Stream() { destroy(); }
-    int destroy() {
-        return sound_manager_destroy_stream_information(std::exchange(handle, nullptr));
-    }
-    [[nodiscard]] int acquire() const {
-        return sound_manager_acquire_focus(handle, SOUND_STREAM_FOCUS_FOR_PLAYBACK,
-                                           SOUND_BEHAVIOR_NO_RESUME, nullptr);
-    }
-    [[nodiscard]] int release() const {
-        return sound_manager_release_focus(handle, SOUND_STREAM_FOCUS_FOR_PLAYBACK,
-                                           SOUND_BEHAVIOR_NO_RESUME, nullptr);
-    }
-    sound_stream_info_h handle = nullptr;
-};
-
-/// Set for as long as it lives, which is shorter than what it reports to.
-struct VolumeCallback {
-    VolumeCallback(sound_manager_volume_changed_cb callback, void *data) {
-        EXPECT_EQ(sound_manager_set_volume_changed_cb(callback, data), 0);
-    }
-    ~VolumeCallback() { sound_manager_unset_volume_changed_cb(); }
-    VolumeCallback(const VolumeCallback &) = delete;
-    VolumeCallback &operator=(const VolumeCallback &) = delete;
-};
-
-using Levels = Reports<std::pair<sound_type_e, unsigned>>;
-
-void report_level(sound_type_e type, unsigned level, void *data) {
-    static_cast<Levels *>(data)->add({type, level});
-}
-
-std::vector<sound_device_type_e> listed_types(int mask) {
-    std::vector<sound_device_type_e> types;
-    sound_device_list_h list = nullptr;
-    if (sound_manager_get_device_list(mask, &list) != 0) {
-        return types;
-    }
-    sound_device_h device = nullptr;
-    while (sound_manager_get_next_device(list, &device) == 0) {
-        sound_device_type_e type{};
-        EXPECT_EQ(sound_manager_get_device_type(device, &type), 0);
-        types.push_back(type);
-    }
-    EXPECT_EQ(sound_manager_free_device_list(list), 0);
-    return types;
-}
 
 // Volume.
 
-TEST_F(BuiltinSound, LevelsRunFromSilenceToFifteen) {
-    int max = 0;
-    EXPECT_EQ(sound_manager_get_max_volume(SOUND_TYPE_MEDIA, &max), 0);
-    EXPECT_EQ(max, 15);
-    for (int level = 0; level <= 15; ++level) {
-        EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, level), 0);
-        EXPECT_EQ(media_volume(), level);
-    }
-}
-
 TEST_F(BuiltinSound, BeginsAtFullSoThatTheStreamIsLeftAsItIs) {
-    EXPECT_EQ(media_volume(), 15);
-    EXPECT_DOUBLE_EQ(host::stream_gain(), 1.0);
-}
-
-TEST_F(BuiltinSound, RefusesLevelsOutOfRangeAndKeepsTheOldOne) {
-    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 9), 0);
-    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 16),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, -1),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(media_volume(), 9);
-}
-
-TEST_F(BuiltinSound, RefusesTypesThatDoNotExistAndNullResults) {
-    int level = 4;
-    EXPECT_EQ(sound_manager_get_volume(static_cast<sound_type_e>(99), &level),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(level, 4);
-    EXPECT_EQ(sound_manager_set_volume(static_cast<sound_type_e>(-1), 3),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_get_volume(SOUND_TYPE_MEDIA, nullptr),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_get_max_volume(SOUND_TYPE_MEDIA, nullptr),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(BuiltinSound, EachTypeHasALevelOfItsOwn) {
-    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_ALARM, 3), 0);
     EXPECT_EQ(media_volume(), 15);
     EXPECT_DOUBLE_EQ(host::stream_gain(), 1.0);
 }
@@ -266,22 +157,6 @@ TEST_F(BuiltinSound, GainListenerIsToldOfTheMediaLevelOnly) {
     EXPECT_EQ(gains.size(), 1u);
 }
 
-TEST_F(BuiltinSound, EveryChangeOfALevelIsReportedOnceAndInOrder) {
-    Levels levels;
-    const VolumeCallback set(report_level, &levels);
-    for (const int level : {3, 3, 4, 5, 5, 3}) {
-        ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, level), 0);
-    }
-    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_ALARM, 1), 0);
-    ASSERT_TRUE(levels.wait_for(5));
-    const std::vector<std::pair<sound_type_e, unsigned>> expected{{SOUND_TYPE_MEDIA, 3},
-                                                                  {SOUND_TYPE_MEDIA, 4},
-                                                                  {SOUND_TYPE_MEDIA, 5},
-                                                                  {SOUND_TYPE_MEDIA, 3},
-                                                                  {SOUND_TYPE_ALARM, 1}};
-    EXPECT_EQ(levels.entries(), expected);
-}
-
 TEST_F(BuiltinSound, ChangeBeforeTheCallbackWasSetIsNotReportedToIt) {
     Levels before;
     Levels after;
@@ -291,23 +166,6 @@ TEST_F(BuiltinSound, ChangeBeforeTheCallbackWasSetIsNotReportedToIt) {
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 5), 0);
     ASSERT_TRUE(after.wait_for(1));
     EXPECT_EQ(after.entries().front().second, 5u);
-}
-
-TEST_F(BuiltinSound, ReportsComeOnAThreadOfThePlatformWhereGettersShowTheLevel) {
-    struct Seen {
-        Reports<std::thread::id> threads;
-        Reports<int> levels;
-    } seen;
-    const auto callback = [](sound_type_e, unsigned, void *data) {
-        auto *report = static_cast<Seen *>(data);
-        report->levels.add(media_volume());
-        report->threads.add(std::this_thread::get_id());
-    };
-    const VolumeCallback set(callback, &seen);
-    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
-    ASSERT_TRUE(seen.threads.wait_for(1));
-    EXPECT_EQ(seen.levels.entries(), std::vector<int>{6});
-    EXPECT_NE(seen.threads.entries().front(), std::this_thread::get_id());
 }
 
 TEST_F(BuiltinSound, UnsetWaitsForTheRunningCallback) {
@@ -371,109 +229,36 @@ TEST_F(BuiltinSound, CallbackCanUnsetItself) {
     EXPECT_EQ(calls.entries().size(), 1u);
 }
 
-TEST_F(BuiltinSound, SafetyVolumeTakesLevelsOfTheMediaTypeAndLimitsNothing) {
-    EXPECT_EQ(sound_manager_set_safety_volume(0), 0);
-    EXPECT_EQ(sound_manager_set_safety_volume(9), 0);
-    EXPECT_EQ(sound_manager_set_safety_volume(16), SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 15), 0);
-    EXPECT_EQ(media_volume(), 15);
-    EXPECT_EQ(sound_manager_unset_safety_volume(), 0);
-    EXPECT_EQ(sound_manager_unset_safety_volume(), 0);
-}
-
 // Streams and focus.
 
-TEST_F(BuiltinSound, FocusIsGrantedAlsoToWhoHoldsIt) {
-    const Stream stream;
-    EXPECT_EQ(stream.acquire(), 0);
-    EXPECT_EQ(stream.acquire(), 0);
-    EXPECT_EQ(stream.release(), 0);
-}
-
-TEST_F(BuiltinSound, ReleaseOfWhatIsNotHeldIsAnErrorThatChangesNothing) {
-    const Stream stream;
-    EXPECT_EQ(stream.release(), SOUND_MANAGER_ERROR_INVALID_STATE);
-    ASSERT_EQ(stream.acquire(), 0);
-    const auto both = static_cast<sound_stream_focus_mask_e>(SOUND_STREAM_FOCUS_FOR_PLAYBACK |
-                                                             SOUND_STREAM_FOCUS_FOR_RECORDING);
-    EXPECT_EQ(sound_manager_release_focus(stream.handle, both, 0, nullptr),
-              SOUND_MANAGER_ERROR_INVALID_STATE);
-    EXPECT_EQ(stream.release(), 0);
-    EXPECT_EQ(stream.release(), SOUND_MANAGER_ERROR_INVALID_STATE);
-}
-
-TEST_F(BuiltinSound, StreamsHoldTheFocusEachForItself) {
-    const Stream first;
-    const Stream second;
-    ASSERT_EQ(first.acquire(), 0);
-    EXPECT_EQ(second.release(), SOUND_MANAGER_ERROR_INVALID_STATE);
-    EXPECT_EQ(first.release(), 0);
-}
-
-TEST_F(BuiltinSound, DestroyedStreamIsNoHandleAnyMore) {
-    Stream stream;
-    const auto handle = stream.handle;
-    ASSERT_EQ(stream.acquire(), 0);
-    EXPECT_EQ(stream.destroy(), 0);
-    EXPECT_EQ(sound_manager_destroy_stream_information(handle),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_acquire_focus(handle, SOUND_STREAM_FOCUS_FOR_PLAYBACK, 0, nullptr),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(sound_manager_set_focus_reacquisition(handle, false),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(BuiltinSound, FocusArgumentsAreChecked) {
-    const Stream stream;
-    EXPECT_EQ(sound_manager_acquire_focus(stream.handle, static_cast<sound_stream_focus_mask_e>(0),
-                                          0, nullptr),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(
-        sound_manager_acquire_focus(stream.handle, SOUND_STREAM_FOCUS_FOR_PLAYBACK, 8, nullptr),
-        SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(
-        sound_manager_create_stream_information(SOUND_STREAM_TYPE_MEDIA, nullptr, nullptr, nullptr),
-        SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(BuiltinSound, MediaIsTheTypeInForceWhileThereIsAStream) {
-    sound_type_e type = SOUND_TYPE_SYSTEM;
-    EXPECT_EQ(sound_manager_get_current_sound_type(&type), SOUND_MANAGER_ERROR_NO_DATA);
-    const Stream stream;
-    EXPECT_EQ(sound_manager_get_current_sound_type(&type), 0);
-    EXPECT_EQ(type, SOUND_TYPE_MEDIA);
-    EXPECT_EQ(sound_manager_unset_current_sound_type(), 0);
-}
-
-struct Focus {
-    sound_stream_focus_state_e state;
+struct FocusSeen {
     sound_stream_focus_change_reason_e reason;
     int behavior;
     std::string extra;
 };
 
-TEST_F(StagedSound, LossOfTheFocusIsReportedWithWhatTheTakerStated) {
-    Reports<Focus> reports;
+TEST_F(StagedSound, ChangeOfTheFocusIsReportedWithAllThatIsStated) {
+    Reports<FocusSeen> reports;
     const Stream stream(
-        [](sound_stream_info_h info, sound_stream_focus_mask_e, sound_stream_focus_state_e state,
+        [](sound_stream_info_h info, sound_stream_focus_mask_e, sound_stream_focus_state_e,
            sound_stream_focus_change_reason_e reason, int behavior, const char *extra, void *data) {
             // As a program does that shall not resume.
             EXPECT_EQ(sound_manager_set_focus_reacquisition(info, false), 0);
-            static_cast<Reports<Focus> *>(data)->add(
-                {state, reason, behavior, extra != nullptr ? extra : "(none)"});
+            static_cast<Reports<FocusSeen> *>(data)->add(
+                {reason, behavior, extra != nullptr ? extra : "(none)"});
         },
         &reports);
     EXPECT_EQ(stream.acquire(), SOUND_MANAGER_ERROR_POLICY);
-    backend().lose_focus(SOUND_BEHAVIOR_NO_RESUME | SOUND_BEHAVIOR_FADING, "ringing");
-    backend().lose_focus(SOUND_BEHAVIOR_NONE, "");
+    focus().lose(SOUND_BEHAVIOR_NO_RESUME | SOUND_BEHAVIOR_FADING, "ringing");
+    focus().lose(SOUND_BEHAVIOR_NONE, "");
     ASSERT_TRUE(reports.wait_for(2));
     const auto first = reports.entries().at(0);
-    EXPECT_EQ(first.state, SOUND_STREAM_FOCUS_STATE_RELEASED);
     EXPECT_EQ(first.reason, SOUND_STREAM_FOCUS_CHANGED_BY_CALL);
     EXPECT_EQ(first.behavior, SOUND_BEHAVIOR_NO_RESUME | SOUND_BEHAVIOR_FADING);
     EXPECT_EQ(first.extra, "ringing");
     EXPECT_EQ(reports.entries().at(1).extra, "(none)");
-    EXPECT_EQ(backend().reacquisitions.entries().at(0), std::pair(backend().holder, false));
+    EXPECT_EQ(focus().reacquisitions.entries().at(0),
+              std::pair(focus().added.entries().at(0), false));
 }
 
 TEST_F(StagedSound, SleepInAFocusCallbackDoesNotHoldUpDevices) {
@@ -483,29 +268,19 @@ TEST_F(StagedSound, SleepInAFocusCallbackDoesNotHoldUpDevices) {
            sound_stream_focus_change_reason_e, int, const char *,
            void *data) { EXPECT_TRUE(static_cast<Gate *>(data)->pass()); },
         &gate);
-    Reports<bool> devices;
-    int id = 0;
-    ASSERT_EQ(sound_manager_add_device_connection_changed_cb(
-                  SOUND_DEVICE_TYPE_EXTERNAL_MASK,
-                  [](sound_device_h, bool connected, void *data) {
-                      static_cast<Reports<bool> *>(data)->add(connected);
-                  },
-                  &devices, &id),
-              0);
-    EXPECT_EQ(stream.acquire(), SOUND_MANAGER_ERROR_POLICY);
-    backend().lose_focus(0, "");
-    backend().set_devices({}, {SOUND_DEVICE_HDMI, "Screen"}, true);
-    EXPECT_TRUE(devices.wait_for(1));
+    Connections connections;
+    const DeviceCallback callback(SOUND_DEVICE_TYPE_EXTERNAL_MASK, connections);
+    focus().lose(0, "");
+    backend().report({SOUND_DEVICE_HDMI, "Screen"}, true);
+    EXPECT_TRUE(connections.wait_for(1));
     gate.open();
-    EXPECT_EQ(sound_manager_remove_device_connection_changed_cb(id), 0);
 }
 
-TEST_F(StagedSound, DestructionOfAStreamGivesItsFocusBack) {
+TEST_F(StagedSound, StreamThatGoesIsTakenOutOfTheFocus) {
     Stream stream;
-    EXPECT_EQ(stream.acquire(), SOUND_MANAGER_ERROR_POLICY);
-    const StreamId id = backend().holder;
+    const StreamId id = focus().added.entries().at(0);
     EXPECT_EQ(stream.destroy(), 0);
-    EXPECT_EQ(backend().forgotten.entries(), std::vector<StreamId>{id});
+    EXPECT_EQ(focus().removed.entries(), std::vector<StreamId>{id});
 }
 
 // Devices.
@@ -524,74 +299,44 @@ TEST_F(BuiltinSound, NoDeviceOfTheMaskIsNoData) {
     EXPECT_EQ(sound_manager_get_device_list(0, &list), SOUND_MANAGER_ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(BuiltinSound, EndOfAListIsNoDataAgainAndAgain) {
-    sound_device_list_h list = nullptr;
-    ASSERT_EQ(sound_manager_get_device_list(SOUND_DEVICE_TYPE_EXTERNAL_MASK, &list), 0);
-    sound_device_h device = nullptr;
-    ASSERT_EQ(sound_manager_get_next_device(list, &device), 0);
-    EXPECT_EQ(sound_manager_get_next_device(list, &device), SOUND_MANAGER_ERROR_NO_DATA);
-    EXPECT_EQ(sound_manager_get_next_device(list, &device), SOUND_MANAGER_ERROR_NO_DATA);
-    EXPECT_EQ(sound_manager_free_device_list(list), 0);
-    EXPECT_EQ(sound_manager_free_device_list(list), SOUND_MANAGER_ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(BuiltinSound, NoBluetoothSetIsConnected) {
-    bool connected = true;
-    char *name = nullptr;
-    EXPECT_EQ(sound_manager_get_a2dp_status(&connected, &name), 0);
-    EXPECT_FALSE(connected);
-    EXPECT_EQ(name, nullptr);
-}
-
-TEST_F(StagedSound, NameOfTheBluetoothSetIsACopyForTheCaller) {
-    bool connected = false;
-    char *name = nullptr;
-    ASSERT_EQ(sound_manager_get_a2dp_status(&connected, &name), 0);
-    EXPECT_TRUE(connected);
-    EXPECT_STREQ(name, "Headset");
-    free(name);
-}
-
-TEST_F(StagedSound, ListTakenInsideADeviceCallbackShowsTheChange) {
-    Reports<std::vector<sound_device_type_e>> seen;
-    int id = 0;
-    ASSERT_EQ(sound_manager_add_device_connection_changed_cb(
-                  SOUND_DEVICE_TYPE_EXTERNAL_MASK,
-                  [](sound_device_h, bool, void *data) {
-                      static_cast<Reports<std::vector<sound_device_type_e>> *>(data)->add(
-                          listed_types(SOUND_DEVICE_TYPE_EXTERNAL_MASK));
-                  },
-                  &seen, &id),
-              0);
-    const Device jack{SOUND_DEVICE_AUDIO_JACK, "Headphones"};
-    backend().set_devices({{SOUND_DEVICE_BUILTIN_SPEAKER, "Speaker"}, jack}, jack, true);
-    ASSERT_TRUE(seen.wait_for(1));
-    backend().set_devices({{SOUND_DEVICE_BUILTIN_SPEAKER, "Speaker"}}, jack, false);
-    ASSERT_TRUE(seen.wait_for(2));
-    EXPECT_EQ(seen.entries().at(0), std::vector{SOUND_DEVICE_AUDIO_JACK});
-    EXPECT_TRUE(seen.entries().at(1).empty());
-    EXPECT_EQ(sound_manager_remove_device_connection_changed_cb(id), 0);
-    EXPECT_EQ(sound_manager_remove_device_connection_changed_cb(id),
-              SOUND_MANAGER_ERROR_INVALID_PARAMETER);
+TEST_F(BuiltinSound, DefaultOutputIsTheBuiltInSpeakerOfAWatch) {
+    host::set_options([] {
+        host::Options options;
+        options.watch_profile = true;
+        return options;
+    }());
+    host::sound::use_backend(host::sound::create_builtin_backend);
+    host::set_options({});
+    EXPECT_TRUE(listed_types(SOUND_DEVICE_TYPE_EXTERNAL_MASK).empty());
+    EXPECT_EQ(listed_types(SOUND_DEVICE_TYPE_INTERNAL_MASK),
+              std::vector{SOUND_DEVICE_BUILTIN_SPEAKER});
 }
 
 TEST_F(StagedSound, DevicesOutsideTheMaskAreNotReported) {
-    Reports<sound_device_type_e> seen;
-    int id = 0;
-    ASSERT_EQ(sound_manager_add_device_connection_changed_cb(
-                  SOUND_DEVICE_TYPE_EXTERNAL_MASK,
-                  [](sound_device_h device, bool, void *data) {
-                      sound_device_type_e type{};
-                      EXPECT_EQ(sound_manager_get_device_type(device, &type), 0);
-                      static_cast<Reports<sound_device_type_e> *>(data)->add(type);
-                  },
-                  &seen, &id),
-              0);
-    backend().set_devices({}, {SOUND_DEVICE_BUILTIN_SPEAKER, "Speaker"}, true);
-    backend().set_devices({}, {SOUND_DEVICE_BLUETOOTH, "Headset"}, true);
-    ASSERT_TRUE(seen.wait_for(1));
-    EXPECT_EQ(seen.entries(), std::vector{SOUND_DEVICE_BLUETOOTH});
-    EXPECT_EQ(sound_manager_remove_device_connection_changed_cb(id), 0);
+    Connections connections;
+    const DeviceCallback callback(SOUND_DEVICE_TYPE_EXTERNAL_MASK, connections);
+    backend().report({SOUND_DEVICE_BUILTIN_SPEAKER, "Speaker"}, true);
+    backend().report({SOUND_DEVICE_BLUETOOTH, "Headset"}, true);
+    ASSERT_TRUE(connections.wait_for(1));
+    EXPECT_EQ(connections.entries(), (std::vector<Connection>{{SOUND_DEVICE_BLUETOOTH, true}}));
+}
+
+TEST_F(StagedSound, CallsFailWhileTheServerIsAway) {
+    backend().set_devices(std::nullopt);
+    int level = 4;
+    EXPECT_EQ(sound_manager_get_volume(SOUND_TYPE_MEDIA, &level), SOUND_MANAGER_ERROR_INTERNAL);
+    EXPECT_EQ(level, 4);
+    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 4), SOUND_MANAGER_ERROR_INTERNAL);
+    sound_device_list_h list = nullptr;
+    EXPECT_EQ(sound_manager_get_device_list(SOUND_DEVICE_TYPE_EXTERNAL_MASK, &list),
+              SOUND_MANAGER_ERROR_INTERNAL);
+    EXPECT_EQ(list, nullptr);
+    bool connected = true;
+    char *name = nullptr;
+    EXPECT_EQ(sound_manager_get_a2dp_status(&connected, &name), SOUND_MANAGER_ERROR_INTERNAL);
+    EXPECT_TRUE(connected);
+    EXPECT_EQ(sound_manager_get_max_volume(SOUND_TYPE_MEDIA, &level), 0);
+    EXPECT_EQ(level, 15);
 }
 
 // Where the sound goes.

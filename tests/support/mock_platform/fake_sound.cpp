@@ -412,7 +412,8 @@ int FakeSound::sound_manager_remove_device_connection_changed_cb(int id) {
 }
 
 int FakeSound::sound_manager_get_device_list(int device_mask, sound_device_list_h *device_list) {
-    if (device_list == nullptr) {
+    constexpr int known = SOUND_DEVICE_TYPE_INTERNAL_MASK | SOUND_DEVICE_TYPE_EXTERNAL_MASK;
+    if (device_mask == 0 || (device_mask & ~known) != 0 || device_list == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
     const std::lock_guard lock(m_mutex);
