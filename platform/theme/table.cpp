@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <initializer_list>
@@ -12,6 +13,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace host {
 namespace {
@@ -45,6 +47,11 @@ std::string_view text_of(const xmlChar *text) {
 }
 
 std::string read_file(const std::string &file) {
+    // Opening a pipe would wait for whoever writes into it.
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        throw BadTable("there is no such file");
+    }
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
         throw BadTable("it can't be opened");
@@ -57,6 +64,10 @@ std::string read_file(const std::string &file) {
     content.resize(static_cast<std::size_t>(stream.gcount()));
     if (content.size() > kMaxFileBytes) {
         throw BadTable("it is too large");
+    }
+    // The parser would take a zero for the end, and what follows would go unseen.
+    if (content.find('\0') != std::string::npos) {
+        throw BadTable("it isn't text");
     }
     return content;
 }

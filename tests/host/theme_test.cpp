@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <uxt.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -121,6 +123,41 @@ TEST(ColorTable, RefusesMoreThanAQuarterOfAMegabyte) {
     const std::string padding(256 * 1024, ' ');
     EXPECT_FALSE(accepts_colors(colors(padding)));
     EXPECT_TRUE(accepts_colors(colors(padding.substr(1024))));
+}
+
+TEST(ColorTable, RefusesAHundredMegabytesWithoutReadingThem) {
+    const TableFile file("<colors/>");
+    fs::resize_file(file.path(), 100 * 1024 * 1024);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(host::read_color_table(file.path()));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+}
+
+TEST(ColorTable, RefusesAPipeInsteadOfWaitingForIt) {
+    const TableFile file("");
+    fs::remove(file.path());
+    ASSERT_EQ(mkfifo(file.path(), 0600), 0);
+    EXPECT_FALSE(host::read_color_table(file.path()));
+}
+
+TEST(ColorTable, RefusesAnEncodingThatIsNotWhatItSays) {
+    const std::string body = "<colors><color code=\"A\" rgba=\"#000000\"/></colors>";
+    EXPECT_TRUE(accepts_colors("\xef\xbb\xbf" + body));
+    EXPECT_FALSE(accepts_colors("\xff\xfe" + body));
+    EXPECT_FALSE(accepts_colors("<?xml version=\"1.0\" encoding=\"x-no-such\"?>" + body));
+    EXPECT_FALSE(accepts_colors("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + body.substr(1)));
+    EXPECT_FALSE(
+        accepts_colors("<?xml version=\"1.0\"?><colors><color code=\"\xc3(\" "
+                       "rgba=\"#000000\"/></colors>"));
+    EXPECT_FALSE(accepts_colors(body + std::string(1, '\0') + body));
+}
+
+TEST(ColorTable, RefusesDepthWithoutFallingIntoIt) {
+    std::string nested;
+    for (int depth = 0; depth < 50'000; ++depth) {
+        nested += "<a>";
+    }
+    EXPECT_FALSE(accepts_colors(colors(nested)));
 }
 
 TEST(FontTable, HoldsFamilyStyleAndScale) {
@@ -247,6 +284,44 @@ TEST_F(ThemeTest, ReadsTheProgramsTables) {
     EXPECT_NE(uxt_theme_add_font_table(TESSEL_STAGE_DATADIR
                                        "/shared/tables/com.orvane.tessel_ChangeableFontInfo.xml"),
               nullptr);
+}
+
+struct EinaFileClose {
+    void operator()(Eina_File *file) const { eina_file_close(file); }
+};
+struct EinaIteratorFree {
+    void operator()(Eina_Iterator *iterator) const { eina_iterator_free(iterator); }
+};
+
+TEST_F(ThemeTest, ProgramsTableAndThemeFileAgreeOnTheColours) {
+    const auto table = host::read_color_table(
+        TESSEL_STAGE_DATADIR "/shared/tables/com.orvane.tessel_ChangeableColorInfo.xml");
+    ASSERT_TRUE(table);
+    const std::unique_ptr<Eina_File, EinaFileClose> file(
+        eina_file_open(TESSEL_STAGE_DATADIR "/res/edje/tessel.edj", EINA_FALSE));
+    ASSERT_TRUE(file);
+    const std::unique_ptr<Eina_Iterator, EinaIteratorFree> classes(
+        edje_mmap_color_class_iterator_new(file.get()));
+    void *data = nullptr;
+    int count = 0;
+    while (eina_iterator_next(classes.get(), &data)) {
+        const auto &own = *static_cast<const Edje_Color_Class *>(data);
+        ASSERT_TRUE(table->contains(own.name)) << own.name;
+        const host::ThemeColor &entry = table->at(own.name);
+        EXPECT_EQ(entry.color, (host::Rgba{own.r, own.g, own.b, own.a})) << own.name;
+        EXPECT_EQ(entry.shadow[3], own.a3) << own.name;
+        ++count;
+    }
+    EXPECT_GE(count, 6);
+}
+
+TEST_F(ThemeTest, ProgramsTableHasTheColoursThatTheScreensAskFor) {
+    const auto table = host::read_color_table(
+        TESSEL_STAGE_DATADIR "/shared/tables/com.orvane.tessel_ChangeableColorInfo.xml");
+    ASSERT_TRUE(table);
+    for (const char *code : {"MUSIC_AO0292", "MUSIC_AO0293", "B065L3"}) {
+        EXPECT_TRUE(table->contains(code)) << code;
+    }
 }
 
 TEST_F(ThemeTest, MakesButtonsInAStyle) {
