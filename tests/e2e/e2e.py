@@ -34,6 +34,10 @@ FPS = 30
 # How far the picture on the screen may lie behind the position.
 LATENESS_MS = 3_000 if SLOW else 300
 
+# A quick hand.
+DOUBLE_CLICK_MS = 80
+DRAG_STEPS = 10
+
 TEXTS = {
     "missing": "This file doesn't exist",
     "invalid": "Invalid address",
@@ -466,6 +470,16 @@ class TestCase(unittest.TestCase):
     def touch(self, player, x, y):
         player.control("tap", x, y)
 
+    def double_touch(self, player, x, y):
+        self.touch(player, x, y)
+        self.touch(player, x, y)
+
+    def hold(self, player, x, y, milliseconds):
+        player.control("press", x, y, milliseconds)
+
+    def drag(self, player, from_x, from_y, to_x, to_y, milliseconds):
+        player.control("drag", from_x, from_y, to_x, to_y, milliseconds)
+
     def show_controls(self, player):
         """Touches a free place until the controls are there."""
         if not player.state()["controls"]:
@@ -522,6 +536,26 @@ class DisplayTestCase(TestCase):
     def touch(self, player, x, y):
         left, top, _ = self.place_of_screen(player)
         self.display.tool("mousemove", left + x, top + y, "click", 1)
+
+    def double_touch(self, player, x, y):
+        left, top, _ = self.place_of_screen(player)
+        self.display.tool("mousemove", left + x, top + y,
+                          "click", "--repeat", 2, "--delay", DOUBLE_CLICK_MS, 1)
+
+    def hold(self, player, x, y, milliseconds):
+        left, top, _ = self.place_of_screen(player)
+        self.display.tool("mousemove", left + x, top + y, "mousedown", 1,
+                          "sleep", milliseconds / 1000, "mouseup", 1)
+
+    def drag(self, player, from_x, from_y, to_x, to_y, milliseconds):
+        left, top, _ = self.place_of_screen(player)
+        way = []
+        for step in range(1, DRAG_STEPS + 1):
+            way += ["sleep", milliseconds / DRAG_STEPS / 1000, "mousemove",
+                    left + from_x + (to_x - from_x) * step // DRAG_STEPS,
+                    top + from_y + (to_y - from_y) * step // DRAG_STEPS]
+        self.display.tool("mousemove", left + from_x, top + from_y, "mousedown", 1, *way,
+                          "mouseup", 1)
 
     def turn(self, player, detents, interval_ms=30):
         screen = player.state()["screen"]
