@@ -1,6 +1,6 @@
 /**
  * @file efl_extension.h
- * @brief Rotary bezel and hardware keys for toolkit objects.
+ * @brief Rotary bezel, hardware keys and circle objects for the toolkit.
  *
  * Thread: main loop, for every operation and every callback. The platform keeps no reference to an
  * object: when it is deleted, all that was registered for it goes with it.
@@ -9,6 +9,7 @@
 #define EFL_EXTENSION_H
 
 #include <Elementary.h>
+#include <efl_extension_circle.h>
 
 #ifdef __cplusplus
 extern "C" {
