@@ -29,6 +29,10 @@ public:
     bool push(WContentViewController *view, const char *viewName, void *viewParam);
     bool push(WContentViewController *view, const char *viewName);
 
+    /// Pops the top item, as the back key does. While a page still comes in, it goes as soon as it
+    /// is there.
+    void popTopItem();
+
     bool isTopContentView(WContentViewController *view);
     /// @return null when there is none
     WContentViewController *getTopContentView();
@@ -51,6 +55,7 @@ private:
     static void _backKeyCb(void *data, Evas_Object *obj, void *eventInfo);
     static void _moreKeyCb(void *data, Evas_Object *obj, void *eventInfo);
     static Eina_Bool _itemPopCb(void *data, Elm_Object_Item *item);
+    static void _popPostponedCb(void *data, Evas_Object *obj, void *eventInfo);
 
     bool _popBottomItem(WContentViewController *view);
 

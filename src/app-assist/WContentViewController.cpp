@@ -104,7 +104,7 @@ bool WContentViewController::popOut() {
         WASSERT_MESSAGE(0, "This view is not on Top of Naviframe!");
     }
     destroyPopup();
-    elm_naviframe_item_pop(naviframe);
+    _pv->_naviframe->popTopItem();
     return true;
 }
 

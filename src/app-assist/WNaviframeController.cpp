@@ -15,6 +15,11 @@ namespace app_assist {
 
 namespace {
 
+constexpr char TRANSITION_FINISHED[] = "transition,finished";
+
+/// The one that the toolkit has asked last since somebody wanted a pop.
+const WNaviframeController *s_asked = nullptr;
+
 /// Those whose top item the toolkit is asking about, the innermost last.
 std::vector<const WNaviframeController *> s_popping;
 
@@ -75,6 +80,33 @@ bool WNaviframeController::push(WContentViewController *view, const char *viewNa
 
 bool WNaviframeController::push(WContentViewController *view, const char *viewName) {
     return push(view, viewName, nullptr);
+}
+
+void WNaviframeController::popTopItem() {
+    Evas_Object *naviframe = getEvasObject();
+    Elm_Object_Item *top = elm_naviframe_top_item_get(naviframe);
+    const WViewWeakPtr self = getWeakPtr();
+    s_asked = nullptr;
+    elm_naviframe_item_pop(naviframe);
+    if (self.expired() || s_asked == this || top == nullptr ||
+        top != elm_naviframe_top_item_get(naviframe)) {
+        return;
+    }
+    // The toolkit doesn't pop while a page comes in, and forgets that it was told to.
+    evas_object_smart_callback_del_full(naviframe, TRANSITION_FINISHED, _popPostponedCb, top);
+    evas_object_smart_callback_add(naviframe, TRANSITION_FINISHED, _popPostponedCb, top);
+}
+
+void WNaviframeController::_popPostponedCb(void *data, Evas_Object *obj, void *) {
+    evas_object_smart_callback_del_full(obj, TRANSITION_FINISHED, _popPostponedCb, data);
+    // Not from within the toolkit's own call.
+    WTimer::addJob(
+        [obj](void *item) {
+            if (item == elm_naviframe_top_item_get(obj)) {
+                _backKeyCb(nullptr, obj, nullptr);
+            }
+        },
+        data, obj);
 }
 
 bool WNaviframeController::isTopContentView(WContentViewController *view) {
@@ -186,7 +218,9 @@ void WNaviframeController::onLastItemPop(bool *popOut) {
 }
 
 void WNaviframeController::_backKeyCb(void *, Evas_Object *obj, void *) {
-    elm_naviframe_item_pop(obj);
+    auto *naviframe =
+        static_cast<WNaviframeController *>(evas_object_data_get(obj, NAVIFRAME_INSTANCE_KEY));
+    naviframe->popTopItem();
 }
 
 void WNaviframeController::_moreKeyCb(void *, Evas_Object *obj, void *) {
@@ -202,6 +236,7 @@ Eina_Bool WNaviframeController::_itemPopCb(void *data, Elm_Object_Item *item) {
     auto *view = static_cast<WContentViewController *>(data);
     auto *naviframe = static_cast<WNaviframeController *>(
         evas_object_data_get(elm_object_item_widget_get(item), NAVIFRAME_INSTANCE_KEY));
+    s_asked = naviframe;
     s_popping.push_back(naviframe);
     const bool pop = naviframe->onItemPop(view, item);
     s_popping.pop_back();

@@ -606,6 +606,18 @@ TEST_F(VideoPlayerMgr, ALaterLaunchClosesTheVolumeScreenFirst) {
     EXPECT_NE(player_view(), nullptr);
 }
 
+TEST_F(VideoPlayerMgr, ALaterLaunchClosesAVolumeScreenThatIsStillOnItsWay) {
+    start_playing();
+    for (const int turns : {0, 1, 3, 10}) {
+        SCOPED_TRACE(turns);
+        show_volume_view();
+        support::run_loop_turns(turns);
+        launch("/media/other.mp4", false);
+        ASSERT_TRUE(support::run_main_loop_until([this] { return volume_view() == nullptr; }, 2.0));
+        EXPECT_NE(player_view(), nullptr);
+    }
+}
+
 TEST_F(VideoPlayerMgr, ALaterLaunchDuringThePreparationReplacesTheItem) {
     player().hold_prepare();
     manager().create();
