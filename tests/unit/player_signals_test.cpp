@@ -395,7 +395,7 @@ TEST_F(PlayerSignals, AVolumeChangeReachesTheVolumeScreen) {
     EXPECT_EQ(volume_view()->getVolume(), 9);
     EXPECT_TRUE(LoggedIn("setVolume", DLOG_INFO, ""));
     EXPECT_TRUE(LoggedIn("readCurrentVolumeLevel", DLOG_INFO, ""));
-    EXPECT_TRUE(NoFaultLogged());
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn("Nothing choose, set color of progressbar.")}));
 }
 
 TEST_F(PlayerSignals, AVolumeChangeOfThePlatformReachesTheButton) {
@@ -543,8 +543,23 @@ TEST_F(PlayerSignals, RoutesTestTheirParts) {
 
 // The volume screen.
 
+TEST_F(PlayerSignals, AVolumeScreenIsPushedWithTheLevelsOfTheSoundManager) {
+    constexpr int earjack = 3;
+    sound().set_devices({earjack});
+    start_playing();
+    inside().m_pSoundMgr->setVolume(6);
+    emit(SIGNAL_PLAYER_VIEW_PUSH_VOLUME_VIEW);
+    ASSERT_NE(volume_view(), nullptr);
+    EXPECT_EQ(volume_view()->getVolume(), 6);
+    EXPECT_EQ(volume_view()->getMaxVolume(), 15);
+    EXPECT_EQ(volume_view()->getSafetyVolume(), 9);
+}
+
 TEST_F(PlayerSignals, AVolumeScreenThatCannotBePushedIsLogged) {
     start_playing();
+    EXPECT_CALL(mock::ui_app(), app_get_resource_path()).WillRepeatedly([] {
+        return strdup("/nowhere/");
+    });
     EXPECT_FALSE(inside()._pushVolumeView());
     EXPECT_TRUE(LoggedError("* Critical * It is failed to push player view to naviframe."));
     EXPECT_TRUE(LoggedIn("onDestroy", DLOG_INFO, ""));

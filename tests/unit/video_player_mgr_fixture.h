@@ -156,14 +156,9 @@ protected:
         return static_cast<TslVolumeView *>(
             naviframe().getContentViewController("tsl_volume_view"));
     }
-    /// Puts a volume screen with a plain layout on the naviframe.
+    /// Puts a volume screen on the naviframe.
     TslVolumeView *show_volume_view(int level = 5, int maximum = 15, int safety = 16) {
         auto *view = new TslVolumeView(level, maximum, safety);
-        view->setCreateViewHandler([](Evas_Object *parent, void *) {
-            Evas_Object *layout = elm_layout_add(parent);
-            evas_object_show(layout);
-            return layout;
-        });
         EXPECT_TRUE(naviframe().push(view, "tsl_volume_view"));
         return view;
     }
