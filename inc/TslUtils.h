@@ -1,6 +1,8 @@
 #pragma once
 
 #include <Elementary.h>
+#include <bundle.h>
+#include <gio/gio.h>
 #include <utils_i18n.h>
 
 /// Helpers that several classes share: widgets from the program's resources, the size of the
@@ -40,8 +42,30 @@ public:
     ///     when one is negative
     static char *getHexColorCodeFromRGBA(int nR, int nG, int nB, int nA);
 
+    /// @return false when the system reports that the battery is empty; true also when it reports
+    ///     nothing
+    static bool checkBatteryAvailable();
+    /// @return false: nothing tells which application is in the foreground
+    static bool isSharePanelRunningOnForeGround();
+    /// Sends a message to a port of another application.
+    /// @param pBundle  the message, which stays the caller's; null sends one text that says so
+    /// @return true when the sending failed; false when the message was sent, and also for a null
+    ///     argument and a port that isn't there
+    static bool messagePortSendMessage(const char *szRemoteAppId, const char *szRemotePort,
+                                       bundle *pBundle);
+    /// Calls a method of a service on the system bus and waits for its reply, two minutes at most.
+    /// @param pBody  arguments as a tuple, null for none; a floating one is taken over
+    /// @return whether a reply came, be it an error of the service
+    static bool gdbusInvokeMethodSync(const char *szName, const char *szPath,
+                                      const char *szInterface, const char *szMethod,
+                                      GVariant *pBody);
     /// Switches the toolkit to the language of the system settings, if there is one.
     static void updateLanguageSet();
+    /// Blocks the calling thread.
+    static void waitingForObject(int nMicroSecond);
+    /// Brings this application to the foreground.
+    /// @return whether the platform did so
+    static bool resumeCurrentApp();
 
     /// @param szGroup  group of an Edje file, or key of an image
     /// @return an icon, neither shown nor sized; null on failure

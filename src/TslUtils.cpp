@@ -1,7 +1,5 @@
 #include "TslUtils.h"
 
-#include <vconf.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -11,7 +9,6 @@
 
 namespace {
 
-constexpr char LANGUAGE_KEY[] = "db/menu_widget/language";
 /// The screen that the scaled lengths are given for, unturned.
 constexpr int REFERENCE_WIDTH = 1280;
 constexpr int REFERENCE_HEIGHT = 720;
@@ -36,14 +33,6 @@ Evas_Object *setImageFile(Evas_Object *pImage, const char *szFile, const char *s
 }
 
 }  // namespace
-
-void TslUtils::updateLanguageSet() {
-    char *szLanguage = vconf_get_str(LANGUAGE_KEY);
-    if (szLanguage != nullptr) {
-        elm_language_set(szLanguage);
-        std::free(szLanguage);
-    }
-}
 
 Evas_Object *TslUtils::createIcon(Evas_Object *pParent, const char *szFile, const char *szGroup) {
     if (pParent == nullptr) {
