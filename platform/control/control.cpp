@@ -5,6 +5,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -46,19 +47,22 @@ bool own_directory(const std::string &directory) {
     return true;
 }
 
+/// Takes its name only once it listens: whoever sees the name can connect.
 UniqueFd listen_at(const std::string &path) {
+    const std::string unnamed = control_directory() + "/opening-" + std::to_string(getpid());
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof address.sun_path) {
+    if (std::max(path.size(), unnamed.size()) >= sizeof address.sun_path) {
         errno = ENAMETOOLONG;
         return {};
     }
-    path.copy(address.sun_path, path.size());
+    unnamed.copy(address.sun_path, unnamed.size());
     UniqueFd fd(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     // A process of the same number may have left one behind.
-    unlink(path.c_str());
+    unlink(unnamed.c_str());
     if (!fd || bind(fd.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-        chmod(path.c_str(), S_IRUSR | S_IWUSR) != 0 || listen(fd.get(), kBacklog) != 0) {
+        chmod(unnamed.c_str(), S_IRUSR | S_IWUSR) != 0 || listen(fd.get(), kBacklog) != 0 ||
+        std::rename(unnamed.c_str(), path.c_str()) != 0) {
         return {};
     }
     return fd;

@@ -1,12 +1,21 @@
+#include <Ecore.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "child_process.h"
+#include "common/unique_fd.h"
 #include "control/address.h"
 #include "control/condition.h"
+#include "control/control.h"
 #include "control/line_buffer.h"
 #include "control/request.h"
 
@@ -20,6 +29,53 @@ using host::control::parse_number;
 using host::control::parse_request;
 using host::control::UsageError;
 using host::control::Words;
+
+// The socket.
+
+/// @return 0, or why it failed
+int try_to_connect(const std::string &path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const host::UniqueFd fd(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    return connect(fd.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+               ? 0
+               : errno;
+}
+
+TEST(ControlSocket, IsListenedToFromTheMomentThatItCanBeSeen) {
+    const child::TemporaryFolder folder;
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+    ecore_init();
+    const std::string path = host::control_socket(getpid());
+    // Odd while the socket is being opened and open.
+    std::atomic<int> phase{0};
+    std::atomic<bool> stop{false};
+    std::atomic<int> connected{0};
+    std::atomic<int> refused{0};
+    std::thread client([&] {
+        while (!stop) {
+            const int before = phase;
+            const int error = try_to_connect(path);
+            connected += error == 0 ? 1 : 0;
+            refused += error == ECONNREFUSED && before % 2 == 1 && phase == before ? 1 : 0;
+        }
+    });
+    for (int round = 0; round < 100; ++round) {
+        const int before = connected;
+        ++phase;
+        EXPECT_TRUE(host::start_control());
+        while (connected == before) {
+            std::this_thread::yield();
+        }
+        ++phase;
+        host::stop_control();
+    }
+    stop = true;
+    client.join();
+    EXPECT_EQ(refused, 0);
+    ecore_shutdown();
+}
 
 // Lines.
 
