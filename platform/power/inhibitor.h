@@ -6,7 +6,8 @@
 namespace host {
 
 /// Keeps the machine from sleeping or from blanking its screen for as long as it lives: a logind
-/// inhibitor. A machine without logind is left as it is, which is logged once.
+/// inhibitor or, against blanking where there is no logind, one of the desktop's screen saver. A
+/// machine with neither is left as it is, which is logged once.
 ///
 /// Thread: any one; nothing here waits. The request runs on the service thread; an inhibitor that
 /// has gone before the answer came closes what the answer brings.
