@@ -55,6 +55,8 @@ Commands:
   missed video|audio              make it report a missing decoder
   event low-battery|low-memory|language|region
                                   raise a system event
+  battery none|low|critical|action [charging|discharging]
+                                  say how the battery is; discharging when not said
   quit                            end the player
 
 Options:

@@ -27,6 +27,7 @@
 #include "messaging/desktop_application.h"
 #include "messaging/session_bus.h"
 #include "player/player_host.h"
+#include "power/battery.h"
 #include "shell/shell.h"
 
 namespace host {
@@ -177,6 +178,7 @@ void Application::run_loop() {
     if (options().screenshot) {
         screenshot_.emplace(*options().screenshot);
     }
+    start_battery_watch();
     // From inside the loop, as ending it before it runs would be forgotten.
     post_to_main_loop([this] { create(); });
     elm_run();
@@ -282,6 +284,7 @@ void Application::end() {
     close_main_loop();
     instance_.reset();
     stop_accessibility();
+    stop_battery_watch();
     close_session_bus();
     stop_service_thread();
 }

@@ -13,6 +13,7 @@
 #include "control/screen_state.h"
 #include "messaging/app_control_host.h"
 #include "player/player_host.h"
+#include "power/battery.h"
 #include "shell/shell.h"
 
 namespace host::control {
@@ -186,6 +187,22 @@ void event(Commands & /*commands*/, const Words &words, const Responder &respond
     raise_app_event(raised);
 }
 
+void battery(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kLevels{
+        {"none", static_cast<int>(BatteryLevel::none)},
+        {"low", static_cast<int>(BatteryLevel::low)},
+        {"critical", static_cast<int>(BatteryLevel::critical)},
+        {"action", static_cast<int>(BatteryLevel::action)},
+    };
+    static const std::vector<Name> kDirections{{"discharging", 1}, {"charging", 0}};
+    const auto level = static_cast<BatteryLevel>(parse_name(words[1], "the level", kLevels));
+    const bool discharging =
+        words.size() < 3 || parse_name(words[2], "the direction", kDirections) != 0;
+    // A low battery ends the program; the reply goes out before.
+    responder.done();
+    report_battery({level, discharging});
+}
+
 void quit(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
     responder.done();
     request_exit();
@@ -214,6 +231,7 @@ constexpr std::array kCommands{
     Command{"interrupt", "CODE", 2, 2, interrupt},
     Command{"missed", "video|audio", 2, 2, missed},
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
+    Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"quit", "", 1, 1, quit},
 };
 
