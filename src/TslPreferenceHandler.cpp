@@ -59,6 +59,26 @@ bool isDone(const char *szOperation, int nResult) {
     return nResult == PREFERENCE_ERROR_NONE;
 }
 
+/// Stores the next of the values.
+bool storeValue(const char *szKey, int nType, va_list values) {
+    switch (nType) {
+    case PREFERENCE_TYPE_INT:
+        return isDone("preference_set_int", preference_set_int(szKey, va_arg(values, int)));
+    case PREFERENCE_TYPE_DOUBLE:
+        return isDone("preference_set_double",
+                      preference_set_double(szKey, va_arg(values, double)));
+    case PREFERENCE_TYPE_STRING:
+        return isDone("preference_set_string",
+                      preference_set_string(szKey, va_arg(values, const char *)));
+    case PREFERENCE_TYPE_BOOLEAN:
+        return isDone("preference_set_boolean",
+                      preference_set_boolean(szKey, va_arg(values, int) != 0));
+    default:
+        TslWarn("Unhandled nType");
+        return false;
+    }
+}
+
 }  // namespace
 
 PreferenceHandler::PreferenceHandler() : m_pImpl(new _PreferenceHandlerImpl) {
@@ -112,29 +132,9 @@ bool PreferenceHandler::setPreference(const char *szKey, int nType, ...) {
     if (!isValidKey(szKey)) {
         return false;
     }
-    bool bDone = false;
     va_list value;
     va_start(value, nType);
-    switch (nType) {
-    case PREFERENCE_TYPE_INT:
-        bDone = isDone("preference_set_int", preference_set_int(szKey, va_arg(value, int)));
-        break;
-    case PREFERENCE_TYPE_DOUBLE:
-        bDone =
-            isDone("preference_set_double", preference_set_double(szKey, va_arg(value, double)));
-        break;
-    case PREFERENCE_TYPE_STRING:
-        bDone = isDone("preference_set_string",
-                       preference_set_string(szKey, va_arg(value, const char *)));
-        break;
-    case PREFERENCE_TYPE_BOOLEAN:
-        bDone = isDone("preference_set_boolean",
-                       preference_set_boolean(szKey, va_arg(value, int) != 0));
-        break;
-    default:
-        TslWarn("Unhandled nType");
-        break;
-    }
+    const bool bDone = storeValue(szKey, nType, value);
     va_end(value);
     return bDone;
 }

@@ -8,6 +8,7 @@ namespace {
 
 std::vector<const char *> pointers_to(const std::vector<std::string> &texts) {
     std::vector<const char *> pointers;
+    pointers.reserve(texts.size());
     for (const std::string &text : texts) {
         pointers.push_back(text.c_str());
     }

@@ -27,7 +27,7 @@ constexpr auto kLockPatience = std::chrono::seconds(1);
 constexpr auto kLockInterval = std::chrono::milliseconds(1);
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPrivateFile = 0600;
-constexpr off_t kLargestFile = 16 * 1024 * 1024;
+constexpr off_t kLargestFile = off_t{16} * 1024 * 1024;
 
 /// The folder, locked against other writers until the end of the object; none on failure.
 UniqueFd lock_folder(const std::string &folder) {

@@ -56,7 +56,7 @@ std::optional<Name> split_name(const std::string &name) {
 class Settings {
 public:
     Settings() {
-        const EnvironmentLocale locale = environment_locale();
+        const EnvironmentLocale &locale = environment_locale();
         if (locale.language) {
             overrides_[kLanguageKey] = *locale.language;
         }
