@@ -57,6 +57,7 @@ Commands:
                                   raise a system event
   battery none|low|critical|action [charging|discharging]
                                   say how the battery is; discharging when not said
+  language LANGUAGE               set the language of the system, such as pt_BR
   quit                            end the player
 
 Options:

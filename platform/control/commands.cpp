@@ -3,6 +3,7 @@
 #include <app_control.h>
 #include <player.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -11,6 +12,7 @@
 
 #include "app/lifecycle.h"
 #include "control/screen_state.h"
+#include "i18n/locale.h"
 #include "messaging/app_control_host.h"
 #include "player/player_host.h"
 #include "power/battery.h"
@@ -203,6 +205,24 @@ void battery(Commands & /*commands*/, const Words &words, const Responder &respo
     report_battery({level, discharging});
 }
 
+bool is_language(const std::string &word) {
+    constexpr std::size_t kLongest = 64;
+    const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    return !word.empty() && word.size() <= kLongest && is_letter(word.front()) &&
+           std::all_of(word.begin(), word.end(), [&](char c) {
+               return is_letter(c) || (c >= '0' && c <= '9') ||
+                      std::string_view("_-.@").find(c) != std::string_view::npos;
+           });
+}
+
+void language(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    if (!is_language(words[1])) {
+        throw UsageError("'" + words[1] + "' is not the name of a language, such as pt_BR");
+    }
+    change_language(words[1]);
+    responder.done();
+}
+
 void quit(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
     responder.done();
     request_exit();
@@ -232,6 +252,7 @@ constexpr std::array kCommands{
     Command{"missed", "video|audio", 2, 2, missed},
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
+    Command{"language", "LANGUAGE", 2, 2, language},
     Command{"quit", "", 1, 1, quit},
 };
 

@@ -4,6 +4,7 @@
 #include <app_common.h>
 #include <libintl.h>
 #include <locale.h>
+#include <unicode/uloc.h>
 #include <vconf.h>
 
 #include <cctype>
@@ -83,16 +84,42 @@ void set_language_list(const std::string &languages) {
     ++_nl_msg_cat_cntr;
 }
 
-// Makes `language` that of the text lookup, and tells the locale that goes with it.
-std::string adopt_language(const std::string &language) {
-    const std::string name = is_plain(language) ? kDefaultLanguage : without_codeset(language);
-    set_language_list(name == kDefaultLanguage ? "" : name);
-    return installed_locale(name);
+// What the process speaks.
+struct Current {
+    std::string language = kDefaultLanguage;
+    std::string locale = kPlainLocale;  // one that is installed and goes with the language
+};
+
+Current &current() {
+    static Current instance;
+    return instance;
 }
 
-std::string &current_locale() {
-    static std::string locale = kPlainLocale;
-    return locale;
+// Makes `language` that of the text lookup.
+void adopt_language(const std::string &language) {
+    const std::string name = is_plain(language) ? kDefaultLanguage : without_codeset(language);
+    set_language_list(name == kDefaultLanguage ? "" : name);
+    current() = {name, installed_locale(name)};
+}
+
+// Widgets begin on the side where the language does. The toolkit itself looks once, at its start.
+void follow_direction() {
+    elm_config_mirrored_set(uloc_isRightToLeft(current().language.c_str()) ? EINA_TRUE
+                                                                           : EINA_FALSE);
+}
+
+void set_process_locale() {
+    std::setlocale(LC_ALL, "");
+    const char *const messages = std::setlocale(LC_MESSAGES, nullptr);
+    const char *const letters = std::setlocale(LC_CTYPE, nullptr);
+    // With a plain locale nothing is ever translated, and another codeset can't be drawn.
+    if (messages == nullptr || is_plain(messages)) {
+        std::setlocale(LC_MESSAGES, current().locale.c_str());
+    }
+    if (letters == nullptr || std::string_view(letters).find("UTF-8") == std::string_view::npos) {
+        std::setlocale(LC_CTYPE, current().locale.c_str());
+    }
+    std::setlocale(LC_NUMERIC, "C");
 }
 
 }  // namespace
@@ -108,27 +135,18 @@ void start_locale() {
     // The settings take the environment's languages now, before it is changed below.
     const std::unique_ptr<char, decltype(&std::free)> language(vconf_get_str(kLanguageKey),
                                                                &std::free);
-    current_locale() = adopt_language(language ? language.get() : "");
+    adopt_language(language ? language.get() : "");
     if (!users_list.empty()) {
         set_language_list(users_list);
     }
     bind_textdomain_codeset(kDomain, "UTF-8");
     textdomain(kDomain);
-    restore_locale();
+    set_process_locale();
 }
 
 void restore_locale() {
-    std::setlocale(LC_ALL, "");
-    const char *const messages = std::setlocale(LC_MESSAGES, nullptr);
-    const char *const letters = std::setlocale(LC_CTYPE, nullptr);
-    // With a plain locale nothing is ever translated, and another codeset can't be drawn.
-    if (messages == nullptr || is_plain(messages)) {
-        std::setlocale(LC_MESSAGES, current_locale().c_str());
-    }
-    if (letters == nullptr || std::string_view(letters).find("UTF-8") == std::string_view::npos) {
-        std::setlocale(LC_CTYPE, current_locale().c_str());
-    }
-    std::setlocale(LC_NUMERIC, "C");
+    set_process_locale();
+    follow_direction();
 }
 
 void change_language(const std::string &language) {
@@ -144,8 +162,9 @@ void __wrap_elm_language_set(const char *language) {
     if (language == nullptr) {
         return;
     }
-    host::current_locale() = host::adopt_language(language);
-    __real_elm_language_set(host::current_locale().c_str());
+    host::adopt_language(language);
+    host::follow_direction();
+    __real_elm_language_set(host::current().locale.c_str());
     // The toolkit sets all of the locale, and the program's numbers are not for a person to read.
     std::setlocale(LC_NUMERIC, "C");
 }

@@ -20,11 +20,15 @@ struct EnvironmentLocale {
 /// since it changes the environment.
 void start_locale();
 
-/// Repairs what the toolkit's initialisation has changed of it. Main thread.
+/// Repairs what the toolkit's initialisation has changed of it, and turns the toolkit's widgets to
+/// the side where the language begins. Main thread.
 void restore_locale();
 
 /// Changes the language as the system's settings do: writes the setting, makes it that of the
-/// process and its widgets, then raises the event. Main loop.
+/// process and its widgets, which are mirrored for one that runs from right to left, then raises the
+/// event. Main loop.
+/// @param language  a name such as "pt_BR" or "pt_BR.UTF-8"; for one that there is no catalogue of,
+///     texts are English
 void change_language(const std::string &language);
 
 }  // namespace host

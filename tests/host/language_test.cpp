@@ -86,6 +86,28 @@ TEST_F(Language, WidgetsAreTranslatedAnew) {
     evas_object_del(window);
 }
 
+TEST_F(Language, WidgetsFollowItsDirection) {
+    Evas_Object *window = elm_win_add(nullptr, "test", ELM_WIN_BASIC);
+    Evas_Object *button = elm_button_add(window);
+    elm_language_set("ar_EG.UTF-8");
+    EXPECT_TRUE(elm_object_mirrored_get(button));
+    elm_language_set("fr_FR");
+    EXPECT_FALSE(elm_object_mirrored_get(button));
+    elm_language_set("he");
+    EXPECT_TRUE(elm_object_mirrored_get(button));
+    elm_language_set("C");
+    EXPECT_FALSE(elm_object_mirrored_get(button));
+    evas_object_del(window);
+}
+
+TEST_F(Language, OddNamesBreakNothing) {
+    for (const std::string &name : {std::string(), std::string("_"), std::string("../../etc"),
+                                    std::string(5000, 'x'), std::string("\xff\xfe")}) {
+        elm_language_set(name.c_str());
+        EXPECT_EQ(hello(), "Hello") << name;
+    }
+}
+
 TEST_F(Language, TheEventComesWhenTheTextsHaveFollowed) {
     std::string seen;
     app_event_handler_h handler = nullptr;
