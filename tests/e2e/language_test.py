@@ -7,7 +7,7 @@ import e2e
 # What the program says of a file that is no video.
 UNSUPPORTED = {"en_US": "Unsupported format", "de_DE": "Format nicht unterstützt",
                "pt_BR.UTF-8": "Formato não suportado", "ar_EG": "تنسيق غير مدعوم",
-               "zh_CN": "不支持的格式", "ko": "지원하지 않는 형식"}
+               "zh_CN": "不支持的格式", "ko": "미지원 형식"}
 
 
 class Language(e2e.TestCase):
