@@ -25,8 +25,8 @@ void start_locale();
 void restore_locale();
 
 /// Changes the language as the system's settings do: writes the setting, makes it that of the
-/// process and its widgets, which are mirrored for one that runs from right to left, then raises the
-/// event. Main loop.
+/// process and its widgets, which are mirrored for one that runs from right to left, then raises
+/// the event. Main loop.
 /// @param language  a name such as "pt_BR" or "pt_BR.UTF-8"; for one that there is no catalogue of,
 ///     texts are English
 void change_language(const std::string &language);
