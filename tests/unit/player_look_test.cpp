@@ -1,5 +1,9 @@
 // How every state of the player screen looks.
 
+#include <ctime>
+
+#include "mock_platform/fake_efl_extension.h"
+#include "mock_platform/mock_rotary.h"
 #include "screen_look_fixture.h"
 
 namespace {
@@ -171,6 +175,104 @@ TEST_F(PlayerScreenLook, PicturesAreNotSmallerThanTheyAreShown) {
         EXPECT_GE(width, box.width);
     }
     EXPECT_GE(pictures, 3 * 2);
+}
+
+/// The screen with its own motion, and what the user does to it.
+class PlayerScreenAnswer : public look::ScreenLook {
+protected:
+    void SetUp() override {
+        ScreenLook::SetUp();
+        edje_transition_duration_factor_set(1.0);
+        ecore_animator_frametime_set(1 / 60.0);
+        start_playing();
+        player_view()->destroyProgressTimer();
+        settle();
+        ASSERT_TRUE(picture().is_empty());
+    }
+
+    /// Lets one frame pass.
+    static void run_frame() {
+        bool passed = false;
+        const auto note = [](void *data) -> Eina_Bool {
+            *static_cast<bool *>(data) = true;
+            return ECORE_CALLBACK_CANCEL;
+        };
+        ecore_animator_add(note, &passed);
+        ASSERT_TRUE(support::run_main_loop_until([&passed] { return passed; }));
+    }
+
+    void touch(Evas_Object *object) {
+        press(object);
+        release(object);
+    }
+};
+
+TEST_F(PlayerScreenAnswer, ADetentIsAnsweredInTheNextFrame) {
+    ASSERT_TRUE(mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1));
+    run_frame();
+    EXPECT_FALSE(picture().is_empty());
+}
+
+TEST_F(PlayerScreenAnswer, ATapIsAnsweredInTheNextFrame) {
+    touch(elm_object_part_content_get(player_view()->getEvasObject(),
+                                      "tsl.player.view.base.layout.swallow.gesture"));
+    run_frame();
+    EXPECT_FALSE(picture().is_empty());
+}
+
+TEST_F(PlayerScreenAnswer, APressOfAButtonIsAnsweredInTheNextFrame) {
+    show_controls();
+    settle();
+    const ScreenPicture idle = picture();
+    press(button("play"));
+    run_frame();
+    EXPECT_FALSE(idle == picture());
+}
+
+TEST_F(PlayerScreenAnswer, ControlsComeAndGoSoftly) {
+    player_view()->showPlayViewUi();
+    run_frame();
+    const ScreenPicture coming = picture();
+    settle();
+    const ScreenPicture come = picture();
+    EXPECT_FALSE(coming == come);
+    player_view()->hidePlayViewUi();
+    run_frame();
+    run_frame();
+    const ScreenPicture going = picture();
+    EXPECT_FALSE(going.is_empty());
+    EXPECT_FALSE(going == come);
+    settle();
+    EXPECT_TRUE(picture().is_empty());
+}
+
+double processor_seconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+TEST_F(PlayerScreenAnswer, ATickOfTheTimesCostsUnderHalfAPercentOfACore) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitized build says nothing about speed";
+#endif
+    constexpr int ticks = 60;
+    constexpr double tick_period_s = 0.3;
+    for (const bool shown : {false, true}) {
+        SCOPED_TRACE(shown);
+        if (shown) {
+            show_controls();
+        }
+        const double start = processor_seconds();
+        for (int tick = 0; tick < ticks; ++tick) {
+            player_view()->setProgressValues(static_cast<int>(tick * tick_period_s * 1000), 90'000);
+            support::run_loop_turns();
+            evas_render(evas_object_evas_get(window().getEvasObject()));
+        }
+        const double cost = (processor_seconds() - start) / ticks;
+        RecordProperty(shown ? "shown_us" : "hidden_us", static_cast<int>(cost * 1e6));
+        EXPECT_LT(cost, 0.005 * tick_period_s);
+    }
 }
 
 }  // namespace
