@@ -1,6 +1,7 @@
 // Writes numbered moving pictures to standard output: raw 4:2:0, one after another.
 // Usage: moving-pictures WIDTH HEIGHT COUNT
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
