@@ -37,7 +37,9 @@ void WAppEventHandler::removeEventHandler() {
 
 void WAppEventHandler::_eventCb(app_event_info_h eventInfo, void *data) {
     auto *impl = static_cast<_WAppEventHandlerImpl *>(data);
-    impl->_handler(eventInfo, impl->_userData);
+    // A copy, because the handler may replace or delete the stored one.
+    const std::function<void(app_event_info_h, void *)> handler = impl->_handler;
+    handler(eventInfo, impl->_userData);
 }
 
 }  // namespace app_assist

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "app-assist/WLog.h"
@@ -22,6 +23,10 @@ struct _WWindowControllerImpl {
     std::function<Evas_Object *()> _createWinHandler;
     std::function<Evas_Object *(Evas_Object *, Evas_Object **)> _createBaseLayoutHandler;
     std::function<void(Evas_Object *, void *)> _backKeyHandler;
+    // Watched, so that a view that went by itself is not destroyed again.
+    WViewWeakPtr _baseViewLife;
+    // Expires with the record: the end of a view may be the end of its window.
+    std::shared_ptr<bool> _life = std::make_shared<bool>(true);
 };
 
 WWindowController::WWindowController(const char *name, Elm_Win_Type winType)
@@ -49,7 +54,7 @@ Evas_Object *WWindowController::getConformantEvasObject() {
 }
 
 WViewController *WWindowController::getBaseViewController() {
-    return _pv->_baseViewController;
+    return _pv->_baseViewLife.expired() ? nullptr : _pv->_baseViewController;
 }
 
 bool WWindowController::create() {
@@ -107,6 +112,7 @@ bool WWindowController::attachBaseViewController(WViewController *view, void *vi
     }
     onAttachBaseViewController(view);
     _pv->_baseViewController = view;
+    _pv->_baseViewLife = view->getWeakPtr();
     return true;
 }
 
@@ -115,17 +121,22 @@ bool WWindowController::attachBaseViewController(WViewController *view) {
 }
 
 WViewController *WWindowController::detachBaseViewController() {
-    WViewController *view = _pv->_baseViewController;
+    WViewController *view = getBaseViewController();
     onDetachBaseViewController(view);
     _pv->_baseViewController = nullptr;
+    _pv->_baseViewLife.reset();
     return view;
 }
 
 void WWindowController::destroyBaseViewController() {
-    if (_pv->_baseViewController != nullptr) {
+    const std::weak_ptr<bool> life = _pv->_life;
+    if (!_pv->_baseViewLife.expired()) {
         _pv->_baseViewController->destroy();
     }
-    _pv->_baseViewController = nullptr;
+    if (!life.expired()) {
+        _pv->_baseViewController = nullptr;
+        _pv->_baseViewLife.reset();
+    }
 }
 
 const char *WWindowController::getName() const {
@@ -212,7 +223,10 @@ void WWindowController::_winDeletedCb(void *data, Evas *, Evas_Object *, void *)
 }
 
 void WWindowController::_backKeyCb(void *data, Evas_Object *obj, void *eventInfo) {
-    static_cast<WWindowController *>(data)->_pv->_backKeyHandler(obj, eventInfo);
+    // A copy, because the handler may delete the window and the stored one with it.
+    const std::function<void(Evas_Object *, void *)> handler =
+        static_cast<WWindowController *>(data)->_pv->_backKeyHandler;
+    handler(obj, eventInfo);
 }
 
 }  // namespace app_assist
