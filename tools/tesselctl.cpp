@@ -58,6 +58,12 @@ Commands:
   battery none|low|critical|action [charging|discharging]
                                   say how the battery is; discharging when not said
   language LANGUAGE               set the language of the system, such as pt_BR
+  widget add W H [KEY=VALUE]...   in an application of widgets: show one more widget
+  widget resize W H               give the shown widget another size, in pixels
+  widget update|force [KEY=VALUE]...
+                                  tell it something; force: to be shown at once
+  widget pause|resume             hide the home screen, or show it again
+  widget remove                   remove the shown widget
   quit                            end the player
 
 Options:

@@ -36,7 +36,7 @@ protected:
 
     /// @param content  what the widget was last told, may be null; valid during the call
     virtual bool onCreate(widget_context_h context, bundle *content, int width, int height) = 0;
-    /// @param content  in it the widget may leave what it wants to find at its next creation
+    /// @param content  what the widget was last told; valid during the call
     virtual bool onDestroy(widget_context_h context, widget_app_destroy_type_e reason,
                            bundle *content);
     virtual bool onPause(widget_context_h context);

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <app.h>
-
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "app/application_kind.h"
 #include "app/exit_signals.h"
 #include "app/headless.h"
 #include "app/options.h"
@@ -19,7 +18,8 @@ namespace host {
 /// Thread: main. One object at a time.
 class Application {
 public:
-    Application(const ui_app_lifecycle_callback_s &callbacks, void *user_data);
+    /// @param kind must live as long
+    explicit Application(ApplicationKind &kind);
     ~Application();
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;
@@ -39,7 +39,7 @@ private:
     void join_instance();
     /// @return false when this process has nothing more to do
     [[nodiscard]] bool wait_for_role();
-    [[nodiscard]] int run_shell();
+    [[nodiscard]] int run_kind();
     void run_loop();
     void create();
     void first_launch();
@@ -47,8 +47,7 @@ private:
     void deliver_from_bus(const std::shared_ptr<Instance::Delivery> &delivery);
     void end();
 
-    const ui_app_lifecycle_callback_s callbacks_;
-    void *const user_data_;
+    ApplicationKind &kind_;
     ExitSignals signals_;
     UniqueFd role_fd_;
     std::optional<Instance> instance_;
@@ -61,6 +60,11 @@ private:
     bool foreground_ = false;
     bool ended_ = false;
 };
+
+/// Runs an application of that kind with the process's command line, for the first time in this
+/// process. Thread: main.
+/// @return the exit status of the process
+[[nodiscard]] int run_application(ApplicationKind &kind, int argc, char **argv);
 
 /// Whether the end of the main loop has been asked for. Main loop.
 [[nodiscard]] bool is_exiting();

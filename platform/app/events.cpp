@@ -1,4 +1,5 @@
 #include <app.h>
+#include <service_app.h>
 
 #include <list>
 #include <memory>
@@ -69,4 +70,14 @@ int ui_app_remove_event_handler(app_event_handler_h handler) {
         }
     }
     return APP_ERROR_INVALID_PARAMETER;
+}
+
+// One process is one application: what is raised is for whatever kind it is.
+int service_app_add_event_handler(app_event_handler_h *handler, app_event_type_e event_type,
+                                  app_event_cb callback, void *user_data) {
+    return ui_app_add_event_handler(handler, event_type, callback, user_data);
+}
+
+int service_app_remove_event_handler(app_event_handler_h handler) {
+    return ui_app_remove_event_handler(handler);
 }

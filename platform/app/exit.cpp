@@ -1,5 +1,7 @@
 #include <Elementary.h>
 #include <app.h>
+#include <service_app.h>
+#include <widget_app.h>
 
 #include "app/application.h"
 #include "app/lifecycle.h"
@@ -33,5 +35,13 @@ void __wrap_elm_exit(void) {
 }
 
 void ui_app_exit(void) {
+    host::request_exit();
+}
+
+void service_app_exit(void) {
+    host::request_exit();
+}
+
+void widget_app_exit(void) {
     host::request_exit();
 }

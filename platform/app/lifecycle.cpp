@@ -18,7 +18,6 @@
 #include "app/application.h"
 #include "app/command_line.h"
 #include "app/environment.h"
-#include "app/exit_status.h"
 #include "common/fd_watch.h"
 #include "common/main_loop.h"
 #include "common/service_thread.h"
@@ -26,7 +25,6 @@
 #include "i18n/locale.h"
 #include "messaging/desktop_application.h"
 #include "messaging/session_bus.h"
-#include "player/player_host.h"
 #include "power/battery.h"
 #include "shell/shell.h"
 
@@ -61,15 +59,9 @@ AppControlPtr first_request(const Options &options) {
     return request;
 }
 
-bool names_nothing(const app_control_s &request) {
-    const auto path = extra_text(request, APP_CONTROL_DATA_PATH);
-    return request.uri.value_or("").empty() && path.value_or("").empty();
-}
-
 }  // namespace
 
-Application::Application(const ui_app_lifecycle_callback_s &callbacks, void *user_data)
-    : callbacks_(callbacks), user_data_(user_data), role_fd_(eventfd(0, EFD_CLOEXEC)) {
+Application::Application(ApplicationKind &kind) : kind_(kind), role_fd_(eventfd(0, EFD_CLOEXEC)) {
     current_application = this;
 }
 
@@ -89,11 +81,12 @@ static void leave_children_alone() {
 
 int Application::run(int argc, char **argv, Options options) {
     signals_.install();
+    kind_.adapt(options);
     prepare_environment(options);
     const bool new_instance = options.new_instance;
     first_request_ = first_request(options);
     set_options(std::move(options));
-    warm_up_player();
+    kind_.warm_up();
     // Before anything that may post to the main loop.
     ecore_init();
     leave_children_alone();
@@ -107,9 +100,11 @@ int Application::run(int argc, char **argv, Options options) {
     leave_children_alone();
     signals_.install();
     restore_locale();
-    start_accessibility();
+    if (kind_.has_screen()) {
+        start_accessibility();
+    }
 
-    const int status = wait_for_role() ? run_shell() : kSuccess;
+    const int status = wait_for_role() ? run_kind() : kSuccess;
     end();
     elm_shutdown();
     ecore_shutdown();
@@ -152,8 +147,8 @@ bool Application::wait_for_role() {
     return word == kPlay;
 }
 
-int Application::run_shell() {
-    if (!start_shell()) {
+int Application::run_kind() {
+    if (!kind_.start()) {
         return kFailure;
     }
     if (options().control && !start_control()) {
@@ -163,7 +158,7 @@ int Application::run_shell() {
                          [] { post_to_main_loop(request_exit); }, [this] { raise(); }});
     run_loop();
     set_own_application({});
-    if (const auto why = launch_failure()) {
+    if (const auto why = kind_.failure()) {
         std::fprintf(stderr, "tessel: %s\n", why->c_str());
         return kFailure;
     }
@@ -172,11 +167,11 @@ int Application::run_shell() {
 
 void Application::run_loop() {
     const FdWatch signal_watch(signals_.fd(), request_exit);
-    if (options().headless && !options().control) {
+    if (kind_.has_screen() && options().headless && !options().control) {
         popup_closer_.emplace();
     }
     if (options().screenshot) {
-        screenshot_.emplace(*options().screenshot);
+        screenshot_.emplace(*options().screenshot, [this] { return kind_.has_picture(); });
     }
     start_battery_watch();
     // From inside the loop, as ending it before it runs would be forgotten.
@@ -188,7 +183,7 @@ void Application::create() {
     if (is_exiting()) {
         return;
     }
-    created_ = callbacks_.create == nullptr || callbacks_.create(user_data_);
+    created_ = kind_.create();
     if (!created_) {
         request_exit();
         return;
@@ -208,15 +203,9 @@ void Application::first_launch() {
 }
 
 void Application::deliver(const app_control_s &request) {
-    begin_launch();
-    if (names_nothing(request)) {
-        report_playback_failure("nothing to play: the request has neither a URI nor a path");
-    }
     // The program may do with its handle what it likes.
     app_control_s own = request;
-    if (callbacks_.app_control != nullptr) {
-        callbacks_.app_control(&own, user_data_);
-    }
+    kind_.take(&own);
     if (!is_exiting()) {
         set_foreground(true);
     }
@@ -254,10 +243,7 @@ void Application::set_foreground(bool foreground) {
         return;
     }
     foreground_ = foreground;
-    const auto callback = foreground ? callbacks_.resume : callbacks_.pause;
-    if (callback != nullptr) {
-        callback(user_data_);
-    }
+    kind_.set_foreground(foreground);
 }
 
 void Application::raise() {
@@ -274,13 +260,13 @@ void Application::end() {
         instance_->leave();
     }
     early_.clear();
-    if (created_ && callbacks_.terminate != nullptr) {
-        callbacks_.terminate(user_data_);
+    if (created_) {
+        kind_.terminate();
     }
     popup_closer_.reset();
     screenshot_.reset();
     stop_control();
-    stop_shell();
+    kind_.stop();
     close_main_loop();
     instance_.reset();
     stop_accessibility();
@@ -301,17 +287,14 @@ void enter_foreground() {
     }
 }
 
-}  // namespace host
-
-int ui_app_main(int argc, char **argv, ui_app_lifecycle_callback_s *callback, void *user_data) {
-    if (argc < 0 || argv == nullptr || callback == nullptr) {
-        return APP_ERROR_INVALID_PARAMETER;
-    }
-    auto parsed = host::parse_command_line(argc, argv);
-    if (const auto *ended = std::get_if<host::CommandLineEnd>(&parsed)) {
+int run_application(ApplicationKind &kind, int argc, char **argv) {
+    auto parsed = parse_command_line(argc, argv);
+    if (const auto *ended = std::get_if<CommandLineEnd>(&parsed)) {
         std::fputs(ended->text.c_str(), ended->status == 0 ? stdout : stderr);
         return ended->status;
     }
-    host::Application application(*callback, user_data);
-    return application.run(argc, argv, std::move(std::get<host::Options>(parsed)));
+    Application application(kind);
+    return application.run(argc, argv, std::move(std::get<Options>(parsed)));
 }
+
+}  // namespace host

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "player/player_host.h"
 #include "shell/shell.h"
 
 namespace host {
@@ -13,7 +12,8 @@ constexpr double kLookSeconds = 0.01;
 
 }  // namespace
 
-ScreenshotTimer::ScreenshotTimer(Options::Screenshot wanted) : wanted_(std::move(wanted)) {
+ScreenshotTimer::ScreenshotTimer(Options::Screenshot wanted, std::function<bool()> has_picture)
+    : wanted_(std::move(wanted)), has_picture_(std::move(has_picture)) {
     timer_.reset(ecore_timer_add(
         kLookSeconds,
         [](void *self) {
@@ -31,7 +31,7 @@ ScreenshotTimer::~ScreenshotTimer() {
 }
 
 void ScreenshotTimer::wait_for_first_frame() {
-    if (player_status().frames_shown == 0) {
+    if (!has_picture_()) {
         return;
     }
     timer_.reset(ecore_timer_add(

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "app/headless.h"
 #include "app/options.h"
 
@@ -10,7 +12,8 @@ namespace host {
 /// loop.
 class ScreenshotTimer {
 public:
-    explicit ScreenshotTimer(Options::Screenshot wanted);
+    /// @param has_picture whether the first frame has been shown
+    ScreenshotTimer(Options::Screenshot wanted, std::function<bool()> has_picture);
     ~ScreenshotTimer();
     ScreenshotTimer(const ScreenshotTimer &) = delete;
     ScreenshotTimer &operator=(const ScreenshotTimer &) = delete;
@@ -20,6 +23,7 @@ private:
     void take();
 
     const Options::Screenshot wanted_;
+    const std::function<bool()> has_picture_;
     EcoreTimerPtr timer_;
     bool taken_ = false;
 };

@@ -17,6 +17,7 @@
 #include "player/player_host.h"
 #include "power/battery.h"
 #include "shell/shell.h"
+#include "widget/widget_host.h"
 
 namespace host::control {
 namespace {
@@ -28,6 +29,8 @@ constexpr int kDetentMs = 50;
 /// The bezel's detents have distinct time stamps from here on.
 constexpr int kLeastDetentMs = 10;
 constexpr int kMostDetents = 1'000;
+constexpr int kLeastWidgetPixels = 64;
+constexpr int kMostWidgetPixels = 8'192;
 
 Pointer::Place parse_place(const Words &words, std::size_t first) {
     return {parse_number(words[first], "x", -kMostPixels, kMostPixels),
@@ -223,6 +226,76 @@ void language(Commands & /*commands*/, const Words &words, const Responder &resp
     responder.done();
 }
 
+bundle parse_content(const Words &words, std::size_t first) {
+    bundle content;
+    for (std::size_t i = first; i < words.size(); ++i) {
+        const std::size_t equals = words[i].find('=');
+        if (equals == std::string::npos || equals == 0) {
+            throw UsageError("what a widget is told has the form KEY=VALUE, not '" + words[i] +
+                             "'");
+        }
+        bundle_add_str(&content, words[i].substr(0, equals).c_str(),
+                       words[i].substr(equals + 1).c_str());
+    }
+    return content;
+}
+
+void expect_words(const Words &words, std::size_t count) {
+    if (words.size() != count) {
+        throw UsageError("widget " + words[1] + " takes " + std::to_string(count - 2) +
+                         " words more");
+    }
+}
+
+void expect_success(bool succeeded) {
+    if (!succeeded) {
+        throw RequestError("there is no such widget, or it failed");
+    }
+}
+
+int parse_side(const std::string &word, const char *what) {
+    return parse_number(word, what, kLeastWidgetPixels, kMostWidgetPixels);
+}
+
+void widget(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    enum Action { add, resize, update, force, pause, resume, remove };
+    static const std::vector<Name> kActions{
+        {"add", add},     {"resize", resize}, {"update", update}, {"force", force},
+        {"pause", pause}, {"resume", resume}, {"remove", remove}};
+    const auto action = static_cast<Action>(parse_name(words[1], "the action", kActions));
+    switch (action) {
+    case add:
+        if (words.size() < 4) {
+            throw UsageError("the form is: widget add WIDTH HEIGHT [KEY=VALUE]...");
+        }
+        expect_success(add_widget(parse_side(words[2], "the width"),
+                                  parse_side(words[3], "the height"), parse_content(words, 4)));
+        break;
+    case resize:
+        expect_words(words, 4);
+        expect_success(
+            resize_widget(parse_side(words[2], "the width"), parse_side(words[3], "the height")));
+        break;
+    case update:
+    case force:
+        expect_success(update_widget(parse_content(words, 2), action == force));
+        break;
+    case pause:
+        expect_words(words, 2);
+        leave_foreground();
+        break;
+    case resume:
+        expect_words(words, 2);
+        enter_foreground();
+        break;
+    case remove:
+        expect_words(words, 2);
+        expect_success(remove_widget());
+        break;
+    }
+    responder.done();
+}
+
 void quit(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
     responder.done();
     request_exit();
@@ -253,6 +326,7 @@ constexpr std::array kCommands{
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"language", "LANGUAGE", 2, 2, language},
+    Command{"widget", "add|resize|update|force|pause|resume|remove [WORD]...", 2, 64, widget},
     Command{"quit", "", 1, 1, quit},
 };
 

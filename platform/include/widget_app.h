@@ -48,7 +48,7 @@ typedef struct _widget_context *widget_context_h;
  */
 typedef int (*widget_instance_create_cb)(widget_context_h context, bundle *content, int w, int h,
                                          void *user_data);
-/** @param content  empty; what the instance puts there is kept for its return, if there is one */
+/** @param content  what the widget was last told, not null */
 typedef int (*widget_instance_destroy_cb)(widget_context_h context,
                                           widget_app_destroy_type_e reason, bundle *content,
                                           void *user_data);
@@ -101,7 +101,7 @@ typedef struct {
  * @param callback    copied; its create not null
  * @param user_data   given to each callback
  * @return WIDGET_ERROR_NONE after running; WIDGET_ERROR_FAULT when the first widget couldn't be
- *         shown, WIDGET_ERROR_CANCELED when it couldn't be started or nothing was to be,
+ *         made, WIDGET_ERROR_CANCELED when the application couldn't be started,
  *         WIDGET_ERROR_INVALID_PARAMETER for wrong arguments and for a null argv, callback or
  *         create
  */

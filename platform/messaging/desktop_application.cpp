@@ -6,7 +6,14 @@
 #include <memory>
 #include <utility>
 
+// Null in a program that defines none; see tessel_application() of the build.
+extern "C" __attribute__((weak)) const char tessel_application_id[];
+
 namespace host {
+
+const char *const kOwnId =
+    tessel_application_id != nullptr ? tessel_application_id : "com.orvane.tessel";
+
 namespace {
 
 constexpr const char *kUriCharacters = ":/?#[]@!$&'()*+,;=%";

@@ -42,7 +42,7 @@ struct OwnApplication {
 void set_own_application(OwnApplication own);
 [[nodiscard]] const OwnApplication &own_application();
 
-/// The id of this application.
-inline constexpr const char *kOwnId = "com.orvane.tessel";
+/// The id of this application: that of the player, unless the program was built with another.
+extern const char *const kOwnId;
 
 }  // namespace host

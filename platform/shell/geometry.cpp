@@ -54,6 +54,15 @@ Geometry Geometry::bare(int window_w, int window_h) {
     return result;
 }
 
+Geometry Geometry::card(int w, int h) {
+    Geometry result;
+    result.window_w = w;
+    result.window_h = h;
+    result.screen = {0, 0, w, h};
+    result.round = false;
+    return result;
+}
+
 Geometry Geometry::centred_in(int w, int h) const {
     Geometry result = *this;
     result.window_w = w;
@@ -68,7 +77,7 @@ float Geometry::edge_distance(float x, float y) const {
     const float half_h = static_cast<float>(screen.h) / 2.0F;
     return round_box_distance(x - static_cast<float>(screen.x) - half_w,
                               y - static_cast<float>(screen.y) - half_h, half_w, half_h,
-                              std::min(half_w, half_h));
+                              round ? std::min(half_w, half_h) : 0.0F);
 }
 
 float Geometry::direction(float x, float y) const {

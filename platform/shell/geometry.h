@@ -25,11 +25,14 @@ public:
     /// A round screen in the middle of a window of the given size, with nothing around it.
     [[nodiscard]] static Geometry bare(int window_w, int window_h);
 
-    /// The same watch in the middle of a window of another size.
+    /// A widget: a screen with corners that fills its window.
+    [[nodiscard]] static Geometry card(int w, int h);
+
+    /// The same in the middle of a window of another size.
     [[nodiscard]] Geometry centred_in(int window_w, int window_h) const;
 
     [[nodiscard]] Place at(int x, int y) const;
-    /// Distance from the screen's round edge, negative inside.
+    /// Distance from the screen's edge, negative inside.
     [[nodiscard]] float edge_distance(float x, float y) const;
     /// Direction of a point seen from the middle, in turns clockwise from the top, 0 to 1.
     [[nodiscard]] float direction(float x, float y) const;
@@ -40,9 +43,10 @@ public:
     int window_h = 0;
     Rect screen;
     bool framed = false;
-    float glass = 0;  ///< width of the dark rim around the screen
-    float ring = 0;   ///< distance from the screen's edge to the ring's outer edge
-    float body = 0;   ///< distance from the screen's edge to the case's outer edge
+    bool round = true;  ///< the screen's ends, or else it has corners
+    float glass = 0;    ///< width of the dark rim around the screen
+    float ring = 0;     ///< distance from the screen's edge to the ring's outer edge
+    float body = 0;     ///< distance from the screen's edge to the case's outer edge
 
     bool operator==(const Geometry &) const = default;
 };

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace host {
@@ -18,6 +19,15 @@ constexpr int kFinger = 1;
 
 unsigned int event_time() {
     return static_cast<unsigned int>(static_cast<long long>(ecore_time_get() * 1000.0));
+}
+
+/// The one layout that a new window has on its canvas.
+Evas_Object *content_of(Evas_Object *window) {
+    Evas_Object *object = evas_object_bottom_get(evas_object_evas_get(window));
+    while (object != nullptr && std::strcmp(evas_object_type_get(object), "edje") != 0) {
+        object = evas_object_above_get(object);
+    }
+    return object;
 }
 
 /// The smallest rectangle that holds all pixels of an image that aren't transparent.
@@ -61,6 +71,7 @@ ProgramWindow::ProgramWindow(Evas_Object *parent, Evas_Object *above, const char
     }
     image_ = elm_win_inlined_image_object_get(window_);
     canvas_ = evas_object_evas_get(window_);
+    content_ = content_of(window_);
     elm_win_alpha_set(window_, EINA_TRUE);
     // The shell gives it its input, so that it can be felt where it is transparent.
     evas_object_pass_events_set(image_, EINA_TRUE);
@@ -112,10 +123,17 @@ void ProgramWindow::place(const Rect &screen) {
     lay_out();
 }
 
+void ProgramWindow::set_covered(bool covered) {
+    covered_ = covered;
+    clip_to_visible_part();
+}
+
 void ProgramWindow::lay_out() {
     const int w = canvas_width();
     const int h = canvas_height();
     evas_object_resize(window_, w, h);
+    // Of a window inside another the toolkit looks after the first size alone.
+    evas_object_resize(content_, w, h);
     evas_object_geometry_set(image_, screen_.x, screen_.y, w, h);
     if (rotation_ == 0) {
         evas_object_map_enable_set(image_, EINA_FALSE);
@@ -167,7 +185,7 @@ void ProgramWindow::find_visible_part() {
 /// A video frame redraws all that lies above it: what is transparent there must cost nothing. The
 /// image itself can't be hidden, for then it would never be drawn again.
 void ProgramWindow::clip_to_visible_part() {
-    if (visible_.w == 0) {
+    if (visible_.w == 0 || covered_) {
         evas_object_hide(clip_.get());
         return;
     }

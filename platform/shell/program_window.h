@@ -28,6 +28,8 @@ public:
     [[nodiscard]] Evas_Object *window() const { return window_; }
 
     void place(const Rect &screen);
+    /// A covered window is there, but not seen.
+    void set_covered(bool covered);
     /// Turns the picture counter-clockwise by 0, 90, 180 or 270 degrees, if the program allows this
     /// turn, and tells the program.
     void turn(int degrees);
@@ -53,14 +55,16 @@ private:
 
     std::function<void(ProgramWindow *)> deleted_;
     EvasObject clip_;
-    Evas_Object *window_ = nullptr;  ///< the program's
-    Evas_Object *image_ = nullptr;   ///< the window's
-    Evas *canvas_ = nullptr;         ///< the window's
+    Evas_Object *window_ = nullptr;   ///< the program's
+    Evas_Object *image_ = nullptr;    ///< the window's
+    Evas *canvas_ = nullptr;          ///< the window's
+    Evas_Object *content_ = nullptr;  ///< in which the toolkit lays out what fills the window
     Rect screen_;
     Rect visible_;  ///< the part of the picture that isn't transparent
     int rotation_ = 0;
     std::vector<int> available_;
     bool finger_is_down_ = false;
+    bool covered_ = false;
     /// Expires with this object: the program may close its window inside any event.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -40,13 +40,30 @@ Geometry first_geometry(const TopWindow &top) {
     return w > 0 && h > 0 ? Geometry::bare(w, h) : Geometry::bare(size.width, size.height);
 }
 
+template <typename MakeGeometry>
+bool start(MakeGeometry make_geometry) {
+    if (instance != nullptr) {
+        return true;
+    }
+    auto top = TopWindow::open(options().headless);
+    if (top == nullptr) {
+        return false;
+    }
+    load_platform_theme();
+    // A touch screen's lists and pages follow the finger; a desktop's wait for a scroll bar's grip.
+    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
+    const Geometry geometry = make_geometry(*top);
+    instance = std::make_unique<Shell>(std::move(top), geometry);
+    return true;
+}
+
 }  // namespace
 
 Shell *shell() {
     return instance.get();
 }
 
-Shell::Shell(std::unique_ptr<TopWindow> top)
+Shell::Shell(std::unique_ptr<TopWindow> top, const Geometry &geometry)
     : top_(std::move(top)),
       video_(top_->canvas(), [this] { top_->render(); }),
       stage_(evas_object_rectangle_add(top_->canvas())),
@@ -54,7 +71,7 @@ Shell::Shell(std::unique_ptr<TopWindow> top)
       frame_(lid_.get()),
       input_(top_->input_canvas(), input_targets()) {
     evas_object_color_set(stage_.get(), 0, 0, 0, 0);
-    lay_out(first_geometry(*top_));
+    lay_out(geometry);
     top_->set_events({[this](int w, int h) { window_resized(w, h); }, [this] { close(); },
                       [](bool minimised) {
                           if (!options().watch_profile) {
@@ -74,7 +91,7 @@ Shell::Shell(std::unique_ptr<TopWindow> top)
             }
         });
     }
-    if (options().fullscreen && !top_->in_memory()) {
+    if (options().fullscreen && geometry.round && !top_->in_memory()) {
         top_->show_fullscreen();
     } else {
         top_->show(geometry_.window_w, geometry_.window_h);
@@ -127,14 +144,16 @@ void Shell::window_resized(int w, int h) {
     if (w == geometry_.window_w && h == geometry_.window_h) {
         return;
     }
-    lay_out(options().fullscreen ? Geometry::bare(w, h) : geometry_.centred_in(w, h));
+    lay_out(options().fullscreen && geometry_.round ? Geometry::bare(w, h)
+                                                    : geometry_.centred_in(w, h));
 }
 
 void Shell::lay_out(const Geometry &geometry) {
     const bool resized =
         geometry.screen.w != geometry_.screen.w || geometry.screen.h != geometry_.screen.h;
     geometry_ = geometry;
-    if (resized) {
+    // A widget's size says nothing of the screen that it is on.
+    if (resized && geometry.round) {
         const double scale = std::min(geometry.screen.w, geometry.screen.h) / kReferenceSide;
         if (scale != elm_config_scale_get()) {
             elm_config_scale_set(scale);
@@ -143,7 +162,10 @@ void Shell::lay_out(const Geometry &geometry) {
     frame_.paint(geometry);
     input_.set_geometry(geometry);
     for (const auto &window : windows_) {
-        window->place(geometry.screen);
+        // A widget that is covered has a size of its own.
+        if (geometry.round || window == windows_.back()) {
+            window->place(geometry.screen);
+        }
     }
     video_.place(geometry.screen);
 }
@@ -159,6 +181,22 @@ Evas_Object *Shell::add_window(const char *name) {
     }
     windows_.push_back(std::move(window));
     return windows_.back()->window();
+}
+
+void Shell::show_alone(const Evas_Object *window, int w, int h) {
+    const auto found = std::find_if(windows_.begin(), windows_.end(), [window](const auto &each) {
+        return each->window() == window;
+    });
+    if (found != windows_.end()) {
+        std::rotate(found, found + 1, windows_.end());
+    }
+    for (const auto &each : windows_) {
+        each->set_covered(each->window() != window);
+    }
+    if (window != nullptr) {
+        lay_out(Geometry::card(w, h));
+        top_->show(w, h);
+    }
 }
 
 ProgramWindow *Shell::find(const Evas_Object *window) const {
@@ -217,18 +255,17 @@ void Shell::pointer(PointerEvent event, int x, int y) {
 }
 
 bool start_shell() {
+    return start([](const TopWindow &top) { return first_geometry(top); });
+}
+
+bool start_widget_shell(int w, int h) {
+    return start([w, h](const TopWindow &) { return Geometry::card(w, h); });
+}
+
+void show_widget_window(Evas_Object *window, int w, int h) {
     if (instance != nullptr) {
-        return true;
+        instance->show_alone(window, w, h);
     }
-    auto top = TopWindow::open(options().headless);
-    if (top == nullptr) {
-        return false;
-    }
-    load_platform_theme();
-    // A touch screen's lists and pages follow the finger; a desktop's wait for a scroll bar's grip.
-    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
-    instance = std::make_unique<Shell>(std::move(top));
-    return true;
 }
 
 void stop_shell() {

@@ -44,6 +44,11 @@ public:
 /// Starts the toolkit side of the shell for options(): called by the life cycle before create.
 /// @return false, after one clear line on standard error, when no screen can be had.
 [[nodiscard]] bool start_shell();
+/// The same for widgets: the window has the widget's size in pixels, and nothing around it.
+[[nodiscard]] bool start_widget_shell(int w, int h);
+/// Shows one of the program's windows alone, and gives the shell's window its size; null shows none
+/// of them.
+void show_widget_window(Evas_Object *window, int w, int h);
 /// Frees the top-level window and all that belongs to it.
 void stop_shell();
 

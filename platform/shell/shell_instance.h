@@ -21,7 +21,7 @@ enum class PointerEvent { down, move, up };
 /// Thread: main loop.
 class Shell {
 public:
-    explicit Shell(std::unique_ptr<TopWindow> top);
+    Shell(std::unique_ptr<TopWindow> top, const Geometry &geometry);
     ~Shell();
     Shell(const Shell &) = delete;
     Shell &operator=(const Shell &) = delete;
@@ -36,6 +36,10 @@ public:
     [[nodiscard]] Input &input() { return input_; }
     [[nodiscard]] TopWindow &top() { return *top_; }
     [[nodiscard]] const Geometry &geometry() const { return geometry_; }
+
+    /// Puts a window on top of the program's others, which are covered, and makes the shell as
+    /// large as it.
+    void show_alone(const Evas_Object *window, int w, int h);
 
     void turn(int degrees);
     /// Positions are of the round screen.

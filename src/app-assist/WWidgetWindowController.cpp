@@ -112,8 +112,7 @@ WViewController *WWidgetWindowController::detachBaseViewController() {
     return view;
 }
 
-Evas_Object *WWidgetWindowController::onCreateWin(widget_context_h context, int width,
-                                                  int height) {
+Evas_Object *WWidgetWindowController::onCreateWin(widget_context_h context, int width, int height) {
     Evas_Object *win = nullptr;
     const int result = widget_app_get_elm_win(context, &win);
     if (result != WIDGET_ERROR_NONE) {

@@ -172,4 +172,29 @@ private:
     std::optional<int> status_;
 };
 
+/// A session bus of the test's own.
+class Bus {
+public:
+    Bus()
+        : daemon_({"dbus-daemon", "--session", "--nofork", "--print-address=1", "--address",
+                   "unix:dir=" + folder_.path()},
+                  {}) {
+        EXPECT_TRUE(daemon_.prints("\n"));
+        address_ = daemon_.output().substr(0, daemon_.output().find('\n'));
+    }
+    Bus(const Bus &) = delete;
+    Bus &operator=(const Bus &) = delete;
+    [[nodiscard]] const std::string &address() const { return address_; }
+    /// As a bus that crashes; what has not been said is never said.
+    void kill() {
+        daemon_.send(SIGKILL);
+        daemon_.wait();
+    }
+
+private:
+    TemporaryFolder folder_;
+    Process daemon_;
+    std::string address_;
+};
+
 }  // namespace child

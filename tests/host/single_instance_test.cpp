@@ -28,27 +28,15 @@ bool has(const std::string &text, const std::string &part) {
 
 class SingleInstance : public testing::Test {
 protected:
-    SingleInstance()
-        : daemon_({"dbus-daemon", "--session", "--nofork", "--print-address=1", "--address",
-                   "unix:dir=" + folder_.path()},
-                  {}) {
-        EXPECT_TRUE(daemon_.prints("\n"));
-        address_ = daemon_.output().substr(0, daemon_.output().find('\n'));
-    }
-    ~SingleInstance() override {
-        daemon_.send(SIGTERM);
-        daemon_.wait();
-    }
-
     child::Environment environment(child::Environment more = {}) const {
-        more["DBUS_SESSION_BUS_ADDRESS"] = address_;
+        more["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
         return more;
     }
 
     // What another application calls, as the desktop's interface has it.
     std::string call(const char *method, GVariant *parameters) const {
         const host::GObjectPtr<GDBusConnection> bus(g_dbus_connection_new_for_address_sync(
-            address_.c_str(),
+            bus_.address().c_str(),
             static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                               G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
             nullptr, nullptr, nullptr));
@@ -62,8 +50,7 @@ protected:
     }
 
     child::TemporaryFolder folder_;
-    child::Process daemon_;
-    std::string address_;
+    child::Bus bus_;
 };
 
 TEST_F(SingleInstance, ASecondStartHandsItsRequestToTheFirst) {
@@ -164,8 +151,7 @@ TEST_F(SingleInstance, TheDesktopsQuitEndsIt) {
 TEST_F(SingleInstance, ABusThatDiesDoesNotEndThePlayer) {
     child::Process first(probe({"--headless", "/one.mp4"}), environment());
     ASSERT_TRUE(first.prints("resume"));
-    daemon_.send(SIGKILL);
-    daemon_.wait();
+    bus_.kill();
     first.send(SIGTERM);
     EXPECT_EQ(first.wait(), 0);
     EXPECT_TRUE(has(first.output(), "terminate"));

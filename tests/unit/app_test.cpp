@@ -6,6 +6,7 @@
 #include "app-assist/WMenuPopupController.h"
 #include "framework_fixture.h"
 #include "mock_platform/mock_ui_app.h"
+#include "vtable_slot.h"
 
 namespace {
 
@@ -85,6 +86,23 @@ protected:
     Journal m_journal;
     Window *m_window = nullptr;
 };
+
+struct Operations : WApp {
+    static void check() {
+        using support::vtable_slot;
+        // The destructors have the slots 0 and 1.
+        EXPECT_EQ(vtable_slot(&Operations::onStart), 2U);
+        EXPECT_EQ(vtable_slot(&Operations::onCreate), 3U);
+        EXPECT_EQ(vtable_slot(&Operations::onTerminate), 4U);
+        EXPECT_EQ(vtable_slot(&Operations::onPause), 5U);
+        EXPECT_EQ(vtable_slot(&Operations::onResume), 6U);
+        EXPECT_EQ(vtable_slot(&Operations::onAppControl), 7U);
+    }
+};
+
+TEST_F(AppTest, OperationsStandInTheirOrder) {
+    Operations::check();
+}
 
 TEST_F(AppTest, StartGivesArgumentsToThePlatformAndItsResultBack) {
     App app(m_journal);
@@ -436,14 +454,38 @@ TEST_F(EventHandlerTest, EmptySubscriberThrowsAtTheEvent) {
     EXPECT_THROW(platform().raise_event(APP_EVENT_LOW_BATTERY), std::bad_function_call);
 }
 
-TEST_F(EventHandlerTest, SubscriberMayDeleteItsHandler) {
+TEST_F(EventHandlerTest, SubscriberMayDeleteItsHandlerAndGoOn) {
     auto *handler = new WAppEventHandler;
+    auto token = std::make_shared<int>(0);
     handler->addEventHandler(
         APP_EVENT_LOW_BATTERY,
-        [](app_event_info_h, void *data) { delete *static_cast<WAppEventHandler **>(data); },
-        &handler);
+        [handler, token](app_event_info_h, void *) {
+            delete handler;
+            // What the subscriber holds is still there.
+            EXPECT_GE(token.use_count(), 2);
+        },
+        nullptr);
     platform().raise_event(APP_EVENT_LOW_BATTERY);
     EXPECT_EQ(platform().handlers(), 0);
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+TEST_F(EventHandlerTest, SubscriberMayReplaceItself) {
+    WAppEventHandler handler;
+    auto token = std::make_shared<int>(0);
+    int later = 0;
+    handler.addEventHandler(
+        APP_EVENT_LOW_BATTERY,
+        [&handler, &later, token](app_event_info_h, void *) {
+            handler.addEventHandler(
+                APP_EVENT_LOW_MEMORY, [&later](app_event_info_h, void *) { ++later; }, nullptr);
+            EXPECT_GE(token.use_count(), 2);
+        },
+        nullptr);
+    platform().raise_event(APP_EVENT_LOW_BATTERY);
+    platform().raise_event(APP_EVENT_LOW_BATTERY);
+    platform().raise_event(APP_EVENT_LOW_MEMORY);
+    EXPECT_EQ(later, 1);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "framework_fixture.h"
 #include "mock_platform/mock_keys.h"
+#include "vtable_slot.h"
 
 namespace {
 
@@ -63,6 +64,23 @@ struct Plain : WWindowController {
     using WWindowController::WWindowController;
 };
 
+struct Operations : WWindowController {
+    static void check() {
+        using support::vtable_slot;
+        EXPECT_EQ(vtable_slot(&Operations::getClassName), 0U);
+        EXPECT_EQ(vtable_slot(&Operations::getEvasObject), 1U);
+        EXPECT_EQ(vtable_slot(&Operations::getBaseLayoutEvasObject), 2U);
+        EXPECT_EQ(vtable_slot(&Operations::getConformantEvasObject), 3U);
+        EXPECT_EQ(vtable_slot(&Operations::getBaseViewController), 4U);
+        // The destructors have the slots 5 and 6.
+        EXPECT_EQ(vtable_slot(&Operations::onCreateWin), 7U);
+        EXPECT_EQ(vtable_slot(&Operations::onCreateBaseLayout), 8U);
+        EXPECT_EQ(vtable_slot(&Operations::onAttachBaseViewController), 9U);
+        EXPECT_EQ(vtable_slot(&Operations::onDetachBaseViewController), 10U);
+        EXPECT_EQ(vtable_slot(&Operations::onDestroy), 11U);
+    }
+};
+
 class WindowTest : public testing::Test {
 protected:
     void SetUp() override { g_calls = {}; }
@@ -77,6 +95,10 @@ class BareWindowTest : public framework::WindowedTest {
 protected:
     bool with_base_layout() const override { return false; }
 };
+
+TEST_F(WindowTest, OperationsStandInTheirOrder) {
+    Operations::check();
+}
 
 TEST_F(WindowTest, NullNameFailsTheAssertion) {
     EXPECT_ASSERTION(new Plain(nullptr, ELM_WIN_BASIC), "(name)", "name");
@@ -349,6 +371,37 @@ TEST_F(ShownWindowTest, DestroyBaseViewDestroysAndForgetsIt) {
     EXPECT_EQ(m_journal.size(), 2U);
 }
 
+TEST_F(ShownWindowTest, BaseViewThatWentByItselfIsNotDestroyedAgain) {
+    auto *view = new View(m_journal);
+    window().attachBaseViewController(view);
+    m_journal.clear();
+    view->destroy();
+    EXPECT_EQ(window().getBaseViewController(), nullptr);
+    window().destroyBaseViewController();
+    EXPECT_EQ(m_journal, (Journal{"view.onDestroy", "view.gone"}));
+    // Its place is free now.
+    EXPECT_TRUE(window().attachBaseViewController(new View(m_journal, "next")));
+}
+
+TEST_F(ShownWindowTest, BaseViewThatWentByItselfIsNotGivenOut) {
+    auto *view = new View(m_journal);
+    window().attachBaseViewController(view);
+    view->destroy();
+    m_journal.clear();
+    EXPECT_EQ(window().detachBaseViewController(), nullptr);
+    EXPECT_EQ(m_journal, Journal{"window.detached nothing"});
+}
+
+TEST_F(ShownWindowTest, EndOfTheBaseViewMayBeTheEndOfItsWindow) {
+    auto *view = new View(m_journal);
+    window().attachBaseViewController(view);
+    view->in_destroy = [this] { delete_window(); };
+    m_journal.clear();
+    window().destroyBaseViewController();
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "window.gone"), 1);
+    EXPECT_EQ(std::count(m_journal.begin(), m_journal.end(), "view.gone"), 1);
+}
+
 TEST_F(ShownWindowTest, BaseViewGoesWithTheWindow) {
     window().attachBaseViewController(new View(m_journal));
     m_journal.clear();
@@ -387,9 +440,15 @@ TEST_F(WindowTest, BackKeyHandlerClearedAfterCreationThrows) {
 
 TEST_F(WindowTest, BackKeyHandlerMayDestroyTheWindow) {
     auto *window = new Window(m_journal);
-    window->setBackKeyHandler([window](Evas_Object *, void *) { window->destroy(); });
+    auto token = std::make_shared<int>(0);
+    window->setBackKeyHandler([window, token](Evas_Object *, void *) {
+        window->destroy();
+        // What the handler holds is still there.
+        EXPECT_GE(token.use_count(), 2);
+    });
     ASSERT_TRUE(window->createAndShow());
     EXPECT_TRUE(mock::fake_keys().press_back());
+    EXPECT_EQ(token.use_count(), 1);
     EXPECT_EQ(m_journal, (Journal{"window.onDestroy", "window.gone"}));
 }
 
