@@ -7,18 +7,23 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "common/unique_fd.h"
 #include "control/address.h"
+#include "script_lines.h"
 
 namespace {
 
@@ -65,6 +70,8 @@ Commands:
   widget pause|resume             hide the home screen, or show it again
   widget remove                   remove the shown widget
   quit                            end the player
+  play-script FILE                carry out such commands, one a line, and 'sleep MS' between
+                                  them, until one fails; '-' is the standard input
 
 Options:
   --pid N        the player with this process id
@@ -246,24 +253,78 @@ std::string encode(const std::vector<std::string> &command) {
     }
 }
 
-int run(const std::vector<std::string> &words) {
-    Arguments arguments = parse_arguments(words);
-    make_paths_absolute(arguments.command);
-    const std::string request = encode(arguments.command);
-    const UniqueFd fd = connect_to_player(arguments);
-    send_all(fd, request);
-    const std::string line = receive_line(fd, kPatienceMs + time_asked_for(arguments.command));
+/// Sends a command and prints its reply.
+/// @throws Failure when it wasn't carried out
+void carry_out(const UniqueFd &fd, std::vector<std::string> command) {
+    make_paths_absolute(command);
+    send_all(fd, encode(command));
+    const std::string line = receive_line(fd, kPatienceMs + time_asked_for(command));
     std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
 
     const Json reply = Json::parse(line, nullptr, false);
     if (!reply.is_object()) {
         throw Failure(kFailed, "the player gave no valid reply");
     }
-    if (reply.value("ok", false)) {
-        return kDone;
+    if (!reply.value("ok", false)) {
+        throw Failure(reply.value("usage", false) ? kWrongUse : kFailed,
+                      reply.value("error", "the command failed"));
     }
-    throw Failure(reply.value("usage", false) ? kWrongUse : kFailed,
-                  reply.value("error", "the command failed"));
+}
+
+void sleep_as_told(const std::vector<std::string> &words) {
+    constexpr long kLongestMs = 3'600'000;
+    const auto ms = words.size() == 2 ? parse_number(words[1]) : std::nullopt;
+    if (!ms || *ms < 0 || *ms > kLongestMs) {
+        throw Failure(kWrongUse, "the form is: sleep MS, an hour at most");
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(*ms));
+}
+
+std::vector<tesselctl::ScriptLine> read_script_file(const std::string &name) {
+    try {
+        if (name == "-") {
+            return tesselctl::read_script(std::cin);
+        }
+        std::ifstream file(name, std::ios::binary);
+        if (!file || std::filesystem::is_directory(name)) {
+            throw Failure(kWrongUse, "the script " + name + " can't be read");
+        }
+        return tesselctl::read_script(file);
+    } catch (const tesselctl::ScriptError &error) {
+        throw Failure(kWrongUse, name + ':' + error.what());
+    }
+}
+
+/// The whole script is read before its first command is sent.
+void play_script(const Arguments &arguments) {
+    if (arguments.command.size() != 2) {
+        throw Failure(kWrongUse, "the form is: play-script FILE");
+    }
+    const std::string &name = arguments.command[1];
+    const auto lines = read_script_file(name);
+    const UniqueFd fd = connect_to_player(arguments);
+    for (const auto &[number, words] : lines) {
+        try {
+            if (words[0] == "sleep") {
+                sleep_as_told(words);
+            } else {
+                carry_out(fd, words);
+            }
+        } catch (const Failure &failure) {
+            throw Failure(failure.status,
+                          name + ':' + std::to_string(number) + ": " + failure.what());
+        }
+    }
+}
+
+void run(const std::vector<std::string> &words) {
+    const Arguments arguments = parse_arguments(words);
+    if (arguments.command[0] == "play-script") {
+        play_script(arguments);
+    } else {
+        carry_out(connect_to_player(arguments), arguments.command);
+    }
 }
 
 }  // namespace
@@ -279,7 +340,8 @@ int main(int argc, char **argv) {
         return kDone;
     }
     try {
-        return run(words);
+        run(words);
+        return kDone;
     } catch (const Failure &failure) {
         std::fprintf(stderr, "tesselctl: %s\n", failure.what());
         return failure.status;
