@@ -42,6 +42,40 @@ public:
     ///     when one is negative
     static char *getHexColorCodeFromRGBA(int nR, int nG, int nB, int nA);
 
+    /// @return whether the text holds "rtp://", "rtsp://", "http://" or "https://", anywhere
+    static bool isStreamingPath(const char *szUri);
+    /// @return whether anything, a folder too, has the path
+    static bool isFileExisted(const char *szFullPath);
+    /// @return whether what follows the last dot is "3gp"
+    static bool is3gpFile(const char *szFileUri);
+    /// @return whether the system shows its private storage
+    static bool isPrivateStorage();
+    /// @return whether the path holds that of the private storage
+    static bool isPrivateContent(const char *szFilePath);
+    /// Folders of the internal storage. The text is lent: valid until the same operation's next
+    /// call on this thread. Null on failure.
+    static const char *getMediaRootDirectory();
+    static const char *getMediaMusicDirectory();
+    static const char *getMediaVideosDirectory();
+    static const char *getMediaSoundsDirectory();
+    /// @return the file's name without its extension; null for a null or empty path
+    static char *getTitleFromPath(const char *szFilePath);
+    /// @return the file's name; null for a null or empty path
+    static char *getTitleAndExtFromPath(const char *szFilePath);
+    /// @return the first that exists of the path with ".srt", ".sub", ".smi" or their capitals in
+    ///     place of its extension; null when none does
+    static char *getSubtitlePathFromPath(const char *szFilePath);
+    /// @param szFilePath  with a "/"
+    /// @return all before the last "/"; null for a null or empty path
+    static char *getFolderPathFromFile(const char *szFilePath);
+    /// @return the path as the user is shown it, with the storage's name in front; null when it
+    ///     lies in no storage
+    static char *convertFilePathToAbstractPath(const char *szFilePath);
+    /// Searches for a text.
+    /// @return the source advanced by the value, 0 to 255, of the byte where the target was found,
+    ///     which may be beyond its end; null when it isn't there
+    static const char *findString(const char *szSource, const char *szTarget);
+
     /// @return false when the system reports that the battery is empty; true also when it reports
     ///     nothing
     static bool checkBatteryAvailable();
