@@ -397,7 +397,7 @@ TEST_F(Preference, WithoutAFolderToBeInIsAnError) {
 // Watches.
 
 class PreferenceWatch : public Preference {
-protected:
+public:
     ~PreferenceWatch() override {
         for (const char *key : {"a", "b"}) {
             preference_unset_changed_cb(key);
@@ -514,6 +514,28 @@ TEST_F(PreferenceWatch, MayBeEndedInsideItsOwnCallback) {
     change_elsewhere("a", 3);
     expect_nothing_before_change_of("b");
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(PreferenceWatch, ThatIsReplacedByAnothersCallbackSeesLaterChangesOnly) {
+    leave_file("[preferences]\na=int:1\nb=int:1\n");
+    bool old_called = false;
+    const auto note = [](const char *, void *data) { *static_cast<bool *>(data) = true; };
+    EXPECT_EQ(preference_set_changed_cb(
+                  "a",
+                  [](const char *, void *data) {
+                      static_cast<PreferenceWatch *>(data)->changes_.emplace_back("a");
+                      EXPECT_EQ(static_cast<PreferenceWatch *>(data)->watch("b"), 0);
+                  },
+                  this),
+              0);
+    EXPECT_EQ(preference_set_changed_cb("b", note, &old_called), 0);
+    leave_file("[preferences]\na=int:2\nb=int:2\n");
+    EXPECT_TRUE(support::run_main_loop_until([this] { return !changes_.empty(); }));
+    support::run_loop_turns();
+    EXPECT_EQ(changes_, std::vector<std::string>{"a"});
+    EXPECT_FALSE(old_called);
+    change_elsewhere("b", 3);
+    EXPECT_TRUE(support::run_main_loop_until([this] { return changes_.size() == 2; }));
 }
 
 TEST_F(PreferenceWatch, SeesTheValueGoWithADamagedFileAndComeAgain) {

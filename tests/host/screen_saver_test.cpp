@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -98,6 +100,23 @@ TEST_F(DisplayLock, ThatIsReleasedBeforeTheAnswerHoldsNothing) {
     EXPECT_TRUE(child::comes([] { return calls("Inhibit").size() > calls("UnInhibit").size(); }));
     device_power_release_lock(POWER_LOCK_DISPLAY);
     EXPECT_TRUE(child::comes([] { return calls("Inhibit").size() == calls("UnInhibit").size(); }));
+}
+
+TEST_F(DisplayLock, ThatIsReleasedWhileTheScreenSaverThinksIsGivenBackAtOnce) {
+    start_screen_saver();
+    const child::TemporaryFolder folder;
+    const std::string asked = folder.path() + "/asked";
+    const std::string answer = folder.path() + "/answer";
+    const std::string code = "import os, time\nopen('" + asked +
+                             "', 'w').close()\nwhile not os.path.exists('" + answer +
+                             "'): time.sleep(0.005)\nret = 4712";
+    add_method("Inhibit", "ss", "u", code.c_str());
+    device_power_request_lock(POWER_LOCK_DISPLAY, 0);
+    ASSERT_TRUE(child::comes([&asked] { return std::filesystem::exists(asked); }));
+    device_power_release_lock(POWER_LOCK_DISPLAY);
+    std::ofstream{answer};
+    EXPECT_TRUE(child::comes([] { return !calls("UnInhibit").empty(); }));
+    EXPECT_EQ(calls("UnInhibit"), Texts{"[<uint32 4712>]"});
 }
 
 TEST_F(DisplayLock, OnAMachineWithoutAnyServiceIsAcceptedAndLoggedOnce) {
