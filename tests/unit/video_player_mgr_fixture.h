@@ -163,14 +163,14 @@ protected:
         return view;
     }
     /// The same, with its way onto the screen finished: the toolkit ignores a pop before that.
-    void show_volume_view_and_wait() {
+    void show_volume_view_and_wait(int level = 5, int maximum = 15, int safety = 16) {
         bool finished = false;
         Evas_Object *stack = naviframe().getEvasObject();
         const auto note = [](void *data, Evas_Object *, void *) {
             *static_cast<bool *>(data) = true;
         };
         evas_object_smart_callback_add(stack, "transition,finished", note, &finished);
-        show_volume_view();
+        show_volume_view(level, maximum, safety);
         EXPECT_TRUE(support::run_main_loop_until([&finished] { return finished; }));
         evas_object_smart_callback_del_full(stack, "transition,finished", note, &finished);
     }

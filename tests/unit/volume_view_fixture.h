@@ -125,7 +125,7 @@ protected:
     [[nodiscard]] std::string mute_icon() const {
         support::run_loop_turns();
         double value = 0.0;
-        return edje_object_part_state_get(elm_layout_edje_get(button(mute_part)), "icon", &value);
+        return edje_object_part_state_get(elm_layout_edje_get(button(mute_part)), "glyph", &value);
     }
     [[nodiscard]] static Evas_Object *bar_object() { return mock::fake_circle().last_bar(); }
     [[nodiscard]] static const FakeCircle::Bar &bar() {
