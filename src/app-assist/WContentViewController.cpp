@@ -103,8 +103,13 @@ bool WContentViewController::popOut() {
     if (_pv->_naviItem != elm_naviframe_top_item_get(naviframe)) {
         WASSERT_MESSAGE(0, "This view is not on Top of Naviframe!");
     }
+    // The popup's end may be the end of this view, and then there is nothing left to pop.
+    WNaviframeController *controller = _pv->_naviframe;
+    const WViewWeakPtr self = getWeakPtr();
     destroyPopup();
-    _pv->_naviframe->popTopItem();
+    if (!self.expired()) {
+        controller->popTopItem();
+    }
     return true;
 }
 

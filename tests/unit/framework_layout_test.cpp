@@ -312,6 +312,9 @@ TEST_F(RecordTest, OfAPageHoldsItsViewItsBaseAndItsKind) {
     EXPECT_EQ(page->view, nullptr);
     EXPECT_NE(page->base, nullptr);
     EXPECT_FALSE(page->is_content_view);
+    EXPECT_EQ(slide->unsetPageContent(0), view);
+    EXPECT_EQ(pages.front().view, nullptr);
+    view->destroy();
 }
 
 TEST_F(RecordTest, OfAPopupIsItsSecond) {

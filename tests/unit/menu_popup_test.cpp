@@ -10,6 +10,7 @@
 namespace {
 
 int g_rotation = 0;
+int g_placements = 0;
 
 }  // namespace
 
@@ -25,6 +26,7 @@ void elm_win_screen_size_get(const Evas_Object *, int *x, int *y, int *w, int *h
     }
     *w = 360;
     *h = 480;
+    ++g_placements;
 }
 
 int elm_win_rotation_get(const Evas_Object *) {
@@ -233,8 +235,10 @@ TEST_F(MenuTest, GoneMenuLeavesNoHooks) {
     evas_object_resize(m_naviframe, 120, 120);
     EXPECT_TRUE(evas_object_visible_get(first->getEvasObject()));
     first->destroy();
+    g_placements = 0;
     evas_object_resize(m_naviframe, 140, 140);
     evas_object_smart_callback_call(win(), "rotation,changed", nullptr);
+    EXPECT_EQ(g_placements, 0);
     EXPECT_EQ(m_journal, (Journal{"second.gone", "first.gone"}));
 }
 

@@ -747,6 +747,20 @@ TEST_F(NaviframeTest, HandlersMayEndThePageAndGoOnWithWhatTheyHold) {
     EXPECT_TRUE(wait_for("page.gone"));
 }
 
+TEST_F(NaviframeTest, PopupMayEndItsPageWhileThatPopsOut) {
+    Page *below = pushed("below");
+    Page *above = pushed("above");
+    auto *popup = new Recording<WViewController>(m_journal, "popup");
+    above->attachPopup(popup);
+    popup->in_destroy = [above] { above->destroy(); };
+    EXPECT_TRUE(above->popOut());
+    EXPECT_TRUE(wait_for("above.gone"));
+    support::run_main_loop_for(0.05);
+    // One page went, not two.
+    EXPECT_TRUE(m_naviframe->isTopContentView(below));
+    EXPECT_FALSE(noted("below.onPop"));
+}
+
 TEST_F(NaviframeTest, LastItemHandlerMayReplaceItself) {
     pushed("page");
     auto token = std::make_shared<int>(7);

@@ -612,6 +612,16 @@ TEST_F(PushedSlideTest, DestroyOfAPageDeletesItsObjectOnly) {
     EXPECT_EQ(m_slide->getPageContent(0), next);
 }
 
+TEST_F(PushedSlideTest, PageAppendedBeforeThePushOwnsNoItemEither) {
+    auto *page = new PageView(m_journal);
+    m_slide->in_created = [&] { m_slide->appendPage(page); };
+    push();
+    EXPECT_EQ(page->getNaviItem(), m_slide->getNaviItem());
+    page->destroy();
+    EXPECT_EQ(m_journal.back(), "view.gone");
+    EXPECT_TRUE(m_naviframe->isTopContentView(m_slide));
+}
+
 TEST_F(PushedSlideTest, PagesGoWithThePageSlide) {
     push();
     m_slide->appendPage(new PageView(m_journal, "first"));
