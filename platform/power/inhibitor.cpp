@@ -160,10 +160,8 @@ void Inhibitor::Request::take_cookie(GDBusConnection *bus, GAsyncResult *result)
     }
     guint32 cookie = 0;
     g_variant_get(reply.get(), "(u)", &cookie);
+    // One that is no longer wanted goes with this request, at the end of this call.
     screen_saver.emplace(bus, cookie);
-    if (!wanted) {
-        release();
-    }
 }
 
 void Inhibitor::Request::release() {
