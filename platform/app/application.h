@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Ecore.h>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -36,6 +38,10 @@ public:
     [[nodiscard]] static Application *current();
 
 private:
+    struct TimerDelete {
+        void operator()(Ecore_Timer *timer) const { ecore_timer_del(timer); }
+    };
+
     void join_instance();
     /// @return false when this process has nothing more to do
     [[nodiscard]] bool wait_for_role();
@@ -43,6 +49,7 @@ private:
     void run_loop();
     void create();
     void first_launch();
+    void expect_request();
     void deliver(const app_control_s &request);
     void deliver_from_bus(const std::shared_ptr<Instance::Delivery> &delivery);
     void end();
@@ -55,6 +62,7 @@ private:
     std::optional<PopupCloser> popup_closer_;
     std::optional<ScreenshotTimer> screenshot_;
     std::vector<std::shared_ptr<Instance::Delivery>> early_;
+    std::unique_ptr<Ecore_Timer, TimerDelete> patience_;  ///< while a first request is awaited
     bool created_ = false;
     bool launched_ = false;
     bool foreground_ = false;

@@ -18,6 +18,7 @@
 #include "app/application.h"
 #include "app/command_line.h"
 #include "app/environment.h"
+#include "app/exit_status.h"
 #include "common/fd_watch.h"
 #include "common/main_loop.h"
 #include "common/service_thread.h"
@@ -195,11 +196,37 @@ void Application::first_launch() {
     if (is_exiting()) {
         return;
     }
+    if (options().service && early_.empty()) {
+        expect_request();
+        return;
+    }
     launched_ = true;
-    deliver(*first_request_);
-    for (const auto &delivery : std::exchange(early_, {})) {
+    patience_.reset();
+    auto early = std::exchange(early_, {});
+    if (!options().service) {
+        deliver(*first_request_);
+    } else if (early.front()->request() == nullptr) {
+        // Started without a video: as from the command line.
+        early.front()->accept();
+        early.erase(early.begin());
+        deliver(*first_request_);
+    }
+    for (const auto &delivery : early) {
         deliver_from_bus(delivery);
     }
+}
+
+/// Who started the process for the bus sends the request right away.
+void Application::expect_request() {
+    constexpr double kSeconds = 10.0;
+    const auto give_up = [](void *data) -> Eina_Bool {
+        static_cast<void>(static_cast<Application *>(data)->patience_.release());
+        report_playback_failure("nothing to play: the desktop handed nothing over");
+        request_exit();
+        return ECORE_CALLBACK_CANCEL;
+    };
+    // Without a bus nothing can come.
+    patience_.reset(ecore_timer_add(instance_ ? kSeconds : 0.0, give_up, this));
 }
 
 void Application::deliver(const app_control_s &request) {
@@ -218,6 +245,9 @@ void Application::deliver_from_bus(const std::shared_ptr<Instance::Delivery> &de
     }
     if (!launched_) {
         early_.push_back(delivery);
+        if (patience_) {
+            first_launch();
+        }
         return;
     }
     delivery->accept();
@@ -260,6 +290,7 @@ void Application::end() {
         instance_->leave();
     }
     early_.clear();
+    patience_.reset();
     if (created_) {
         kind_.terminate();
     }

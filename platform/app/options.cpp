@@ -33,6 +33,7 @@ constexpr const char *kUsage =
     "  --headless                 render without a display\n"
     "  --control                  let tesselctl drive this process\n"
     "  --new-instance             don't hand the request to a running player\n"
+    "  --service                  wait for the desktop to hand over a video\n"
     "  --profile watch            behave as on the wrist, not as on a desktop\n"
     "  --log LEVEL                log to standard error: verbose, debug, info, warn, error,\n"
     "                             fatal or off, for single tags as TAG:LEVEL,TAG:LEVEL\n"
@@ -120,10 +121,11 @@ struct Flag {
     std::string_view name;
     bool Options::*field;
 };
-constexpr std::array<Flag, 4> kFlags{{{"--fullscreen", &Options::fullscreen},
+constexpr std::array<Flag, 5> kFlags{{{"--fullscreen", &Options::fullscreen},
                                       {"--headless", &Options::headless},
                                       {"--control", &Options::control},
-                                      {"--new-instance", &Options::new_instance}}};
+                                      {"--new-instance", &Options::new_instance},
+                                      {"--service", &Options::service}}};
 
 struct Valued {
     std::string_view name;
@@ -169,6 +171,9 @@ public:
             } else {
                 take_option(argument);
             }
+        }
+        if (options_.service && (options_.target || options_.new_instance)) {
+            throw WrongUse("--service takes its video, and its place, from the session bus");
         }
         return options_;
     }

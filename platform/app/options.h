@@ -27,6 +27,7 @@ struct Options {
     bool headless = false;
     bool control = false;
     bool new_instance = false;
+    bool service = false;  ///< the first request comes over the session bus
     bool watch_profile = false;
     std::optional<std::string> log;  ///< level, as given
     std::optional<Screenshot> screenshot;

@@ -13,9 +13,7 @@ public:
 
     // It must start where there is no display, and not touch one that there is.
     void adapt(Options &options) override { options.headless = true; }
-    bool create() override {
-        return callbacks_.create == nullptr || callbacks_.create(user_data_);
-    }
+    bool create() override { return callbacks_.create == nullptr || callbacks_.create(user_data_); }
     void take(app_control_h request) override {
         if (callbacks_.app_control != nullptr) {
             callbacks_.app_control(request, user_data_);

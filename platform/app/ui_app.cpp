@@ -22,9 +22,7 @@ public:
 
     void warm_up() override { warm_up_player(); }
     bool start() override { return start_shell(); }
-    bool create() override {
-        return callbacks_.create == nullptr || callbacks_.create(user_data_);
-    }
+    bool create() override { return callbacks_.create == nullptr || callbacks_.create(user_data_); }
     void take(app_control_h request) override {
         begin_launch();
         if (names_nothing(*request)) {

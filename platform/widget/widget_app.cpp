@@ -215,8 +215,7 @@ bool WidgetApplication::remove() {
 int WidgetApplication::destroy_top(widget_app_destroy_type_e reason) {
     _widget_context *const top = contexts_.back().get();
     tell_seen(*top, false);
-    const int result =
-        call("destruction", class_->callbacks.destroy, top, reason, &top->content);
+    const int result = call("destruction", class_->callbacks.destroy, top, reason, &top->content);
     contexts_.pop_back();
     if (is_exiting()) {
         return result;

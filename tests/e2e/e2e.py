@@ -295,13 +295,14 @@ class Display:
 
 
 class Bus:
-    """A session bus of its own."""
+    """A session bus of its own; what it starts has the environment."""
 
-    def __init__(self, directory):
+    def __init__(self, directory, environment=None):
         self.address = f"unix:path={directory}/bus"
         self.daemon = Process(
             ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={self.address}",
-             "--print-address=1"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+             "--print-address=1"], env=environment, stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL, text=True)
         if not self.daemon.child.stdout.readline():
             raise AssertionError("the bus did not start")
 

@@ -49,6 +49,10 @@ constexpr const char *kLogText =
 INSTANTIATE_TEST_SUITE_P(
     Table, WrongCommandLine,
     testing::Values(
+        Wrong{{"--service", "clip.mp4"},
+              "--service takes its video, and its place, from the session bus"},
+        Wrong{{"--new-instance", "--service"},
+              "--service takes its video, and its place, from the session bus"},
         Wrong{{"--loop"}, "unknown option '--loop'"}, Wrong{{"-v"}, "unknown option '-v'"},
         Wrong{{"--loop=3", "a.mp4"}, "unknown option '--loop'"},
         Wrong{{"a.mp4", "b.mp4"}, "only one path or URI can be played; 'b.mp4' is one too many"},
@@ -129,6 +133,11 @@ TEST(Options, AllOfThemAreRead) {
     EXPECT_EQ(options.screenshot->file, "a@b.png");
     EXPECT_DOUBLE_EQ(options.screenshot->seconds, 2.5);
     EXPECT_EQ(options.target, "clip.mp4");
+}
+
+TEST(Options, AServiceHasNoVideoYet) {
+    EXPECT_TRUE(accepted({"--service"}).service);
+    EXPECT_FALSE(accepted({}).service);
 }
 
 TEST(Options, AValueMayFollowAnEqualsSign) {

@@ -101,7 +101,7 @@ widget_class_h create_class(void *) {
     if (asked("null-class")) {
         return nullptr;
     }
-    widget_instance_lifecycle_callback_s callbacks{create, destroy, nullptr,
+    widget_instance_lifecycle_callback_s callbacks{create,  destroy, nullptr,
                                                    nullptr, nullptr, nullptr};
     const widget_class_h made = widget_app_class_create(callbacks, nullptr);
     errno = 0;

@@ -89,8 +89,9 @@ TEST_F(WidgetShell, HasItsContentFollowItsSize) {
     evas_object_show(ground);
     EXPECT_TRUE(support::run_main_loop_until([&] { return size_of(ground) == Size{300, 200}; }));
     host::show_widget_window(window, 400, 160);
-    EXPECT_TRUE(support::run_main_loop_until([&] { return size_of(ground) == Size{400, 160}; }))
-        << size_of(ground);
+    EXPECT_TRUE(support::run_main_loop_until([&] {
+        return size_of(ground) == Size{400, 160};
+    })) << size_of(ground);
 }
 
 TEST_F(WidgetShell, ShowsTheNewestAndThenTheOneBelowInItsOwnSize) {

@@ -436,8 +436,7 @@ TEST_F(WidgetTest, WindowThatClosedByItselfIsForgotten) {
         EXPECT_EQ(m_journal, (Journal{"window.onDestroy", "window.gone"}));
         EXPECT_EQ(m_instance->getWindowController(), nullptr);
         destroy(context);
-        EXPECT_EQ(m_journal,
-                  (Journal{"window.onDestroy", "window.gone", "put away", "gone"}));
+        EXPECT_EQ(m_journal, (Journal{"window.onDestroy", "window.gone", "put away", "gone"}));
     });
 }
 

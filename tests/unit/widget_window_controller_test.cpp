@@ -145,8 +145,7 @@ TEST_F(WidgetWindowTest, PlatformWithoutAWindowIsLoggedTwice) {
     EXPECT_CALL(mock::widget_app(), widget_app_get_elm_win).WillOnce(testing::Return(-7));
     EXPECT_FALSE(m_window->create(m_context, 300, 200));
     EXPECT_TRUE(LoggedIn("onCreateWin", DLOG_ERROR, "* Critical * Fail to get window. -7", tag));
-    EXPECT_TRUE(
-        LoggedIn("create", DLOG_ERROR, "* Critical * Failed to create an window!", tag));
+    EXPECT_TRUE(LoggedIn("create", DLOG_ERROR, "* Critical * Failed to create an window!", tag));
     EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Fail to get window. -7"),
                                   logs::error("* Critical * Failed to create an window!")},
                                  tag));
@@ -263,8 +262,8 @@ TEST_F(WidgetWindowTest, BaseViewIsCreatedInTheBaseLayoutAndPlacedInItsDefaultPa
     EXPECT_EQ(elm_object_part_content_get(layout, nullptr), view->getEvasObject());
     EXPECT_EQ(m_window->getBaseLayoutEvasObject(), layout);
     EXPECT_EQ(m_window->getBaseViewController(), view);
-    EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onCreateView", "view.onCreated",
-                                  "window.attach"}));
+    EXPECT_EQ(m_journal,
+              (Journal{"view.onCreate", "view.onCreateView", "view.onCreated", "window.attach"}));
     EXPECT_TRUE(NoFaultLogged(tag));
 }
 
@@ -286,8 +285,8 @@ TEST_F(WidgetWindowTest, WithoutBaseLayoutTheViewsObjectBecomesIt) {
     EXPECT_EQ(m_window->getBaseLayoutEvasObject(), view->getEvasObject());
     EXPECT_EQ(m_window->getBaseViewController(), view);
     EXPECT_TRUE(evas_object_visible_get(view->getEvasObject()));
-    EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onCreateView", "view.onCreated",
-                                  "window.attach"}));
+    EXPECT_EQ(m_journal,
+              (Journal{"view.onCreate", "view.onCreateView", "view.onCreated", "window.attach"}));
     // As a resize object it has the window's size.
     support::run_loop_turns();
     int width = 0;
@@ -318,8 +317,8 @@ TEST_F(WidgetWindowTest, DefaultPlacingAsksTheVirtualOperationForTheLayout) {
     auto *window = new WithoutLayout;
     ASSERT_TRUE(window->create(m_context, 300, 200));
     EXPECT_TRUE(window->attachBaseViewController(new View(m_journal), nullptr));
-    EXPECT_TRUE(LoggedIn("onAttachBaseViewController", DLOG_WARN, "base layout does not exist!",
-                         tag));
+    EXPECT_TRUE(
+        LoggedIn("onAttachBaseViewController", DLOG_WARN, "base layout does not exist!", tag));
     EXPECT_TRUE(OnlyFaultsLogged({logs::warn("base layout does not exist!")}, tag));
     m_window->destroy();
     evas_object_del(win());
