@@ -12,6 +12,7 @@ pkg_check_modules(GST REQUIRED IMPORTED_TARGET gstreamer-1.0 gstreamer-app-1.0
                   gstreamer-video-1.0 gstreamer-audio-1.0 gstreamer-pbutils-1.0)
 pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
+pkg_check_modules(SPEECH REQUIRED IMPORTED_TARGET speech-dispatcher)
 pkg_check_modules(XML REQUIRED IMPORTED_TARGET libxml-2.0)
 
 # The platform's C interfaces and what a device's program may use beside them. The toolkit's own

@@ -3,20 +3,49 @@
 #include <Elementary.h>
 #include <dlog.h>
 
-#include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <memory>
-#include <string>
+#include <string_view>
+#include <utility>
 
 #include "access/screen_reader.h"
+#include "access/speech.h"
+#include "i18n/locale.h"
+
+extern "C" Evas_Object *__real_elm_access_object_register(Evas_Object *obj, Evas_Object *parent);
+extern "C" Evas_Object *__wrap_elm_access_object_register(Evas_Object *obj, Evas_Object *parent);
 
 namespace host {
 namespace {
 
 constexpr char kNameSourceKey[] = "host::accessible_name";
+constexpr std::string_view kPageClass = "Elm.Naviframe.Item";
 
 bool is_accessible(const Eo *obj) {
     return obj != nullptr && efl_isa(obj, EFL_ACCESS_OBJECT_MIXIN);
+}
+
+/// The object that assistive technologies know `obj` as, or null. A page of a naviframe is known as
+/// the widget around its content, and the page's own object as nothing.
+Eo *accessible_of(Eo *obj) {
+    if (obj != nullptr && kPageClass == efl_class_name_get(obj)) {
+        Evas_Object *content = elm_object_item_content_get(obj);
+        obj = content != nullptr ? elm_object_parent_widget_get(content) : nullptr;
+    }
+    return is_accessible(obj) ? obj : nullptr;
+}
+
+const char *say_signal(Spoken how) {
+    switch (how) {
+    case Spoken::whole:
+        return "ReadingStopped";
+    case Spoken::cancelled:
+        return "ReadingCancelled";
+    case Spoken::skipped:
+        break;
+    }
+    return "ReadingSkipped";
 }
 
 /// The toolkit itself tells nobody when a property is set.
@@ -73,77 +102,90 @@ NameSource &add_name_source(Eo *obj) {
 }  // namespace host
 
 void elm_atspi_accessible_name_set(Elm_Interface_Atspi_Accessible *obj, const char *name) {
-    if (host::is_accessible(obj)) {
-        efl_access_object_i18n_name_set(obj, name);
-        host::report_change(obj, "i18n_name");
+    if (Eo *const target = host::accessible_of(obj)) {
+        efl_access_object_i18n_name_set(target, name);
+        host::report_change(target, "i18n_name");
     }
 }
 
 void elm_atspi_accessible_description_set(Elm_Interface_Atspi_Accessible *obj,
                                           const char *description) {
-    if (host::is_accessible(obj)) {
-        efl_access_object_description_set(obj, description);
-        host::report_change(obj, "description");
+    if (Eo *const target = host::accessible_of(obj)) {
+        efl_access_object_description_set(target, description);
+        host::report_change(target, "description");
     }
 }
 
 void elm_atspi_accessible_role_set(Elm_Interface_Atspi_Accessible *obj, Elm_Atspi_Role role) {
-    if (host::is_accessible(obj) && role > EFL_ACCESS_ROLE_INVALID &&
+    Eo *const target = host::accessible_of(obj);
+    if (target != nullptr && role > EFL_ACCESS_ROLE_INVALID &&
         role < EFL_ACCESS_ROLE_LAST_DEFINED) {
-        efl_access_object_role_set(obj, static_cast<Efl_Access_Role>(role));
-        host::report_change(obj, "role");
+        efl_access_object_role_set(target, static_cast<Efl_Access_Role>(role));
+        host::report_change(target, "role");
     }
 }
 
 void elm_atspi_accessible_reading_info_type_set(Elm_Interface_Atspi_Accessible *obj,
                                                 Elm_Accessible_Reading_Info_Type info) {
-    if (host::is_accessible(obj)) {
-        efl_access_object_reading_info_type_set(obj,
+    if (Eo *const target = host::accessible_of(obj)) {
+        efl_access_object_reading_info_type_set(target,
                                                 static_cast<Efl_Access_Reading_Info_Type>(info));
     }
 }
 
 void elm_atspi_accessible_translation_domain_set(Elm_Interface_Atspi_Accessible *obj,
                                                  const char *domain) {
-    if (host::is_accessible(obj)) {
-        efl_access_object_translation_domain_set(obj, domain);
+    if (Eo *const target = host::accessible_of(obj)) {
+        efl_access_object_translation_domain_set(target, domain);
     }
 }
 
 void elm_atspi_accessible_name_cb_set(Elm_Interface_Atspi_Accessible *obj,
                                       Elm_Atspi_Reading_Info_Cb name_cb, const void *data) {
-    if (!host::is_accessible(obj)) {
+    Eo *const target = host::accessible_of(obj);
+    if (target == nullptr) {
         return;
     }
-    host::NameSource *source = host::NameSource::of(obj);
+    host::NameSource *source = host::NameSource::of(target);
     if (source == nullptr) {
         if (name_cb == nullptr) {
             return;
         }
-        source = &host::add_name_source(obj);
+        source = &host::add_name_source(target);
     }
     source->callback = name_cb;
     source->data = const_cast<void *>(data);
-    host::report_change(obj, "i18n_name");
+    host::report_change(target, "i18n_name");
 }
 
 void elm_atspi_accessible_can_highlight_set(Elm_Interface_Atspi_Accessible *obj,
                                             Eina_Bool can_highlight) {
-    if (host::is_accessible(obj)) {
+    if (Eo *const target = host::accessible_of(obj)) {
         // The toolkit has no such property. An object that is passed over in the tree of objects is
         // one where the highlight doesn't stop.
         efl_access_object_access_type_set(
-            obj, can_highlight ? EFL_ACCESS_TYPE_REGULAR : EFL_ACCESS_TYPE_SKIPPED);
+            target, can_highlight ? EFL_ACCESS_TYPE_REGULAR : EFL_ACCESS_TYPE_SKIPPED);
     }
 }
 
-void elm_atspi_bridge_utils_say(const char *text, Eina_Bool /*discardable*/,
-                                const Elm_Atspi_Say_Signal_Cb /*func*/, const void * /*data*/) {
+void elm_atspi_bridge_utils_say(const char *text, Eina_Bool discardable,
+                                const Elm_Atspi_Say_Signal_Cb func, const void *data) {
     if (text == nullptr || !host::screen_reader_enabled()) {
         return;
     }
-    static std::atomic<bool> logged{false};
-    if (!logged.exchange(true)) {
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "HOST", "No speech service: texts aren't spoken");
+    std::function<void(host::Spoken)> told;
+    if (func != nullptr) {
+        told = [func, data](host::Spoken how) {
+            func(const_cast<void *>(data), host::say_signal(how));
+        };
     }
+    host::speak(text, host::current_language(), discardable != EINA_FALSE, std::move(told));
+}
+
+Evas_Object *__wrap_elm_access_object_register(Evas_Object *obj, Evas_Object *parent) {
+    // The toolkit would show both the old access object and the new one.
+    if (obj != nullptr && elm_access_object_get(obj) != nullptr) {
+        elm_access_object_unregister(obj);
+    }
+    return __real_elm_access_object_register(obj, parent);
 }

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "access/extents.h"
+#include "access/speech.h"
 #include "common/gobject.h"
 #include "common/main_loop.h"
 #include "common/service_thread.h"
@@ -101,6 +103,7 @@ void watch_status() {
 }  // namespace
 
 void start_accessibility() {
+    report_extents_on_desktop();
     watch_status();
     // Whoever has set it knows better.
     if (std::getenv("ELM_ATSPI_MODE") != nullptr) {
@@ -116,6 +119,7 @@ void start_accessibility() {
 }
 
 void stop_accessibility() {
+    stop_speech();
     run_on_service_thread([] { StatusWatch::stop(); });
 }
 

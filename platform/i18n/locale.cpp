@@ -149,6 +149,10 @@ void restore_locale() {
     follow_direction();
 }
 
+const std::string &current_language() {
+    return current().language;
+}
+
 void change_language(const std::string &language) {
     // A file that can't be written leaves the language changed for this process.
     static_cast<void>(set_setting(kLanguageKey, language));

@@ -24,6 +24,9 @@ void start_locale();
 /// the side where the language begins. Main thread.
 void restore_locale();
 
+/// The language that texts are in, as "fr" or "pt_BR". Main loop.
+[[nodiscard]] const std::string &current_language();
+
 /// Changes the language as the system's settings do: writes the setting, makes it that of the
 /// process and its widgets, which are mirrored for one that runs from right to left, then raises
 /// the event. Main loop.

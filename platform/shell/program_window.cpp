@@ -213,6 +213,24 @@ void ProgramWindow::turn(int degrees) {
     }
 }
 
+Rect ProgramWindow::place_of(const Rect &part) const {
+    Rect turned = part;
+    switch (rotation_) {
+    case 90:
+        turned = {part.y, screen_.h - part.x - part.w, part.h, part.w};
+        break;
+    case 180:
+        turned = {screen_.w - part.x - part.w, screen_.h - part.y - part.h, part.w, part.h};
+        break;
+    case 270:
+        turned = {screen_.w - part.y - part.h, part.x, part.h, part.w};
+        break;
+    default:
+        break;
+    }
+    return {screen_.x + turned.x, screen_.y + turned.y, turned.w, turned.h};
+}
+
 void ProgramWindow::feed_position(int x, int y) {
     int px = x;
     int py = y;

@@ -36,6 +36,11 @@ public:
     [[nodiscard]] int rotation() const { return rotation_; }
     void set_available_rotations(std::vector<int> rotations);
 
+    /// Whether this is the canvas that the program draws the window on.
+    [[nodiscard]] bool draws_on(const Evas *canvas) const { return canvas == canvas_; }
+    /// Where a rectangle of the program's canvas is in the shell's window.
+    [[nodiscard]] Rect place_of(const Rect &part) const;
+
     /// A finger at a point of the screen. Only a finger that is down is felt.
     void finger_down(int x, int y);
     void finger_move(int x, int y);

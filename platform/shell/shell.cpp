@@ -209,6 +209,21 @@ Evas_Object *Shell::newest_window() const {
     return windows_.empty() ? nullptr : windows_.back()->window();
 }
 
+std::optional<Rect> Shell::place_on_desktop(const Evas *canvas, const Rect &part) const {
+    const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                    [canvas](const auto &w) { return w->draws_on(canvas); });
+    if (found == windows_.end()) {
+        return std::nullopt;
+    }
+    Rect place = (*found)->place_of(part);
+    int x = 0;
+    int y = 0;
+    top_->position(x, y);
+    place.x += x;
+    place.y += y;
+    return place;
+}
+
 void Shell::close() {
     Evas_Object *window = newest_window();
     if (window == nullptr) {
@@ -278,6 +293,10 @@ VideoPlane *video_plane_of(Evas_Object *window) {
 
 Evas_Object *program_window() {
     return instance != nullptr ? instance->newest_window() : nullptr;
+}
+
+std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) {
+    return instance != nullptr ? instance->place_on_desktop(canvas, part) : std::nullopt;
 }
 
 bool save_screenshot(const std::string &file) {

@@ -4,7 +4,10 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+
+#include "shell/geometry.h"
 
 namespace host {
 
@@ -40,6 +43,11 @@ public:
 
 /// The program's live window, or null.
 [[nodiscard]] Evas_Object *program_window();
+
+/// Where a rectangle of a canvas of the program's windows is on the desktop, turned as the watch
+/// is.
+/// @return nothing for any other canvas
+[[nodiscard]] std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part);
 
 /// Starts the toolkit side of the shell for options(): called by the life cycle before create.
 /// @return false, after one clear line on standard error, when no screen can be had.

@@ -31,6 +31,8 @@ public:
     /// Null when the object is no window of the program.
     [[nodiscard]] ProgramWindow *find(const Evas_Object *window) const;
     [[nodiscard]] Evas_Object *newest_window() const;
+    /// Where a rectangle of a window's canvas is on the desktop; nothing for another canvas.
+    [[nodiscard]] std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) const;
 
     [[nodiscard]] VideoImage &video() { return video_; }
     [[nodiscard]] Input &input() { return input_; }

@@ -245,6 +245,14 @@ void TopWindow::screen_size(int &w, int &h) const {
     }
 }
 
+void TopWindow::position(int &x, int &y) const {
+    x = 0;
+    y = 0;
+    if (desktop_ != nullptr) {
+        ecore_evas_geometry_get(desktop_.get(), &x, &y, nullptr, nullptr);
+    }
+}
+
 void TopWindow::render() {
     ecore_evas_manual_render(picture_.get());
 }

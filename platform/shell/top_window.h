@@ -48,6 +48,9 @@ public:
     }
     /// Size of the screen that the window is on, in pixels; 0 x 0 when there is none.
     void screen_size(int &w, int &h) const;
+    /// The window's place on the desktop, in pixels; 0, 0 where there is no desktop, or where it
+    /// doesn't say.
+    void position(int &x, int &y) const;
     /// Draws what has changed, now.
     void render();
     /// What is drawn: BGRx rows without gaps. Null before the first drawing.
