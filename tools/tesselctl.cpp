@@ -72,6 +72,8 @@ Commands:
   quit                            end the player
   play-script FILE                carry out such commands, one a line, and 'sleep MS' between
                                   them, until one fails; '-' is the standard input
+  record FILE                     write what is done to the player as such a list, until it ends
+  input DEADLINE_MS               what was done since the last such command, once there is something
 
 Options:
   --pid N        the player with this process id
@@ -253,6 +255,19 @@ std::string encode(const std::vector<std::string> &command) {
     }
 }
 
+/// @throws Failure for the reply to a command that wasn't carried out
+Json check_reply(const std::string &line) {
+    Json reply = Json::parse(line, nullptr, false);
+    if (!reply.is_object()) {
+        throw Failure(kFailed, "the player gave no valid reply");
+    }
+    if (!reply.value("ok", false)) {
+        throw Failure(reply.value("usage", false) ? kWrongUse : kFailed,
+                      reply.value("error", "the command failed"));
+    }
+    return reply;
+}
+
 /// Sends a command and prints its reply.
 /// @throws Failure when it wasn't carried out
 void carry_out(const UniqueFd &fd, std::vector<std::string> command) {
@@ -261,15 +276,7 @@ void carry_out(const UniqueFd &fd, std::vector<std::string> command) {
     const std::string line = receive_line(fd, kPatienceMs + time_asked_for(command));
     std::printf("%s\n", line.c_str());
     std::fflush(stdout);
-
-    const Json reply = Json::parse(line, nullptr, false);
-    if (!reply.is_object()) {
-        throw Failure(kFailed, "the player gave no valid reply");
-    }
-    if (!reply.value("ok", false)) {
-        throw Failure(reply.value("usage", false) ? kWrongUse : kFailed,
-                      reply.value("error", "the command failed"));
-    }
+    static_cast<void>(check_reply(line));
 }
 
 void sleep_as_told(const std::vector<std::string> &words) {
@@ -318,10 +325,50 @@ void play_script(const Arguments &arguments) {
     }
 }
 
+/// Writes what was done since the last time, with the pauses between.
+void write_input(std::ostream &script, const Json &input, std::optional<long> &before) {
+    for (const Json &done : input) {
+        const long at = done.at("at").get<long>();
+        if (before && at > *before) {
+            script << tesselctl::to_script_line({"sleep", std::to_string(at - *before)}) << '\n';
+        }
+        before = at;
+        script << tesselctl::to_script_line(done.at("command").get<std::vector<std::string>>())
+               << '\n';
+    }
+    script.flush();
+}
+
+/// Until the player ends, or the tool is told to.
+void record(const Arguments &arguments) {
+    if (arguments.command.size() != 2) {
+        throw Failure(kWrongUse, "the form is: record FILE");
+    }
+    const UniqueFd fd = connect_to_player(arguments);
+    std::ofstream script(arguments.command[1]);
+    std::optional<long> before;
+    const std::vector<std::string> request{"input", "1000"};
+    for (;;) {
+        if (!script) {
+            throw Failure(kFailed, "the script " + arguments.command[1] + " can't be written");
+        }
+        std::string line;
+        try {
+            send_all(fd, encode(request));
+            line = receive_line(fd, kPatienceMs);
+        } catch (const Failure &) {
+            return;
+        }
+        write_input(script, check_reply(line).value("input", Json::array()), before);
+    }
+}
+
 void run(const std::vector<std::string> &words) {
     const Arguments arguments = parse_arguments(words);
     if (arguments.command[0] == "play-script") {
         play_script(arguments);
+    } else if (arguments.command[0] == "record") {
+        record(arguments);
     } else {
         carry_out(connect_to_player(arguments), arguments.command);
     }

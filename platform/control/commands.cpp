@@ -296,6 +296,10 @@ void widget(Commands & /*commands*/, const Words &words, const Responder &respon
     responder.done();
 }
 
+void input(Commands &commands, const Words &words, const Responder &responder) {
+    commands.recorder.wait(parse_number(words[1], "the deadline", 0, kMostMs), responder);
+}
+
 void quit(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
     responder.done();
     request_exit();
@@ -327,6 +331,7 @@ constexpr std::array kCommands{
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"language", "LANGUAGE", 2, 2, language},
     Command{"widget", "add|resize|update|force|pause|resume|remove [WORD]...", 2, 64, widget},
+    Command{"input", "DEADLINE_MS", 2, 2, input},
     Command{"quit", "", 1, 1, quit},
 };
 

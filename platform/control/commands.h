@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/pointer.h"
+#include "control/recorder.h"
 #include "control/request.h"
 #include "control/responder.h"
 #include "control/waits.h"
@@ -16,6 +17,7 @@ public:
 
     Pointer pointer;
     Waits waits;
+    Recorder recorder;
 };
 
 }  // namespace host::control

@@ -29,6 +29,18 @@ constexpr double kReferenceSide = 360.0;
 
 std::unique_ptr<Shell> instance;
 
+std::function<void(const InputEvent &)> &input_observer() {
+    static std::function<void(const InputEvent &)> observer;
+    return observer;
+}
+
+void observe(const InputEvent &event) {
+    // It may end its own observation.
+    if (const auto observer = input_observer()) {
+        observer(event);
+    }
+}
+
 Geometry first_geometry(const TopWindow &top) {
     const Options::Size &size = options().screen;
     if (!options().fullscreen) {
@@ -114,6 +126,7 @@ Shell::~Shell() {
 Input::Targets Shell::input_targets() {
     Input::Targets targets;
     targets.finger_down = [this](int x, int y) {
+        observe({.kind = InputEvent::Kind::finger_down, .x = x, .y = y});
         if (!windows_.empty()) {
             windows_.back()->finger_down(x, y);
         }
@@ -124,11 +137,13 @@ Input::Targets Shell::input_targets() {
         }
     };
     targets.finger_up = [this](int x, int y) {
+        observe({.kind = InputEvent::Kind::finger_up, .x = x, .y = y});
         if (!windows_.empty()) {
             windows_.back()->finger_up(x, y);
         }
     };
     targets.detent = [this](bool clockwise, unsigned int stamp) {
+        observe({.kind = InputEvent::Kind::detent, .clockwise = clockwise});
         ring_ = (ring_ + (clockwise ? 1 : Detents::kPerTurn - 1)) % Detents::kPerTurn;
         frame_.set_ring(ring_);
         static_cast<void>(send_detent(
@@ -241,6 +256,7 @@ void Shell::turn(int degrees) {
         return;
     }
     rotation_ = degrees;
+    observe({.kind = InputEvent::Kind::turned, .degrees = degrees});
     // A program may open and close windows as it is told.
     std::vector<Evas_Object *> told;
     for (const auto &window : windows_) {
@@ -327,7 +343,12 @@ void turn_bezel(int detents, int interval_ms) {
     }
 }
 
+void observe_input(std::function<void(const InputEvent &)> observer) {
+    input_observer() = std::move(observer);
+}
+
 void press_key(Key key) {
+    observe({.kind = InputEvent::Kind::key, .key = key});
     switch (key) {
     case Key::back:
         static_cast<void>(send_key(EEXT_CALLBACK_BACK));

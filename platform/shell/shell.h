@@ -75,4 +75,17 @@ void press_key(Key key);
 /// Turns the watch: 0, 90, 180 or 270 degrees.
 void turn_screen(int degrees);
 
+/// Something that was done to the watch, by a person or by the functions above.
+struct InputEvent {
+    enum class Kind { finger_down, finger_up, detent, key, turned };
+    Kind kind;
+    int x = 0;  ///< of the finger, in pixels of the round screen
+    int y = 0;
+    bool clockwise = false;
+    Key key = Key::back;
+    int degrees = 0;  ///< turned to
+};
+/// `observer` is told of each from now on, before the program is; empty ends that. Main loop.
+void observe_input(std::function<void(const InputEvent &)> observer);
+
 }  // namespace host

@@ -30,6 +30,51 @@ class Script(e2e.TestCase):
                 self.assertEqual((done.stderr, done.returncode), ("", 0))
                 player.end()
 
+    def test_what_a_person_does_is_recorded_and_plays_again(self):
+        player = self.play(e2e.LONG)
+        name = os.path.join(self.directory, "recorded")
+        tool = subprocess.Popen(
+            [os.path.join(e2e.BIN, "tesselctl"), "--pid", str(player.child.pid), "record", name],
+            env=self.environment, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(tool.kill)
+
+        def lines():
+            with open(name, encoding="utf-8") as file:
+                return [line.rstrip("\n") for line in file]
+
+        def do(*words):
+            """Until the tool, which may still be starting, has seen it."""
+            before = len(self.commands(lines()))
+            player.control(*words)
+            e2e.wait_until(lambda: len(self.commands(lines())) > before, f"a record of {words}")
+
+        e2e.wait_until(lambda: os.path.exists(name), "the recording to begin")
+        e2e.wait_until(lambda: player.try_control("input", "0")[0] == 1, "the tool to listen")
+        do("tap", "180", "60")
+        do("press", "180", "70", "500")
+        do("drag", "100", "60", "200", "60", "200")
+        do("bezel", "-1")
+        do("rotate", "180")
+        do("key", "back")
+        player.exit_status()
+        self.assertEqual((tool.wait(e2e.PATIENCE), tool.stderr.read()), (0, ""))
+        tool.stderr.close()
+        recorded = self.commands(lines())
+        self.assertEqual(recorded[0], "tap 180 60")
+        self.assertRegex(recorded[1], r"^press 180 70 [45]\d\d$")
+        self.assertRegex(recorded[2], r"^drag 100 60 200 60 \d+$")
+        self.assertEqual(recorded[3:], ["bezel -1", "rotate 180", "key back"])
+        self.assertGreater(len(lines()), len(recorded))
+
+        player = self.play(e2e.LONG)
+        done = self.play_script(player, name=name)
+        self.assertEqual((done.stderr, done.returncode), ("", 0))
+        player.exit_status()
+
+    @staticmethod
+    def commands(lines):
+        return [line for line in lines if not line.startswith("sleep ")]
+
     def test_the_first_command_that_fails_ends_it_and_names_its_line(self):
         player = self.play(e2e.LONG)
         done = self.play_script(player, "# a comment", "state", "wait player==idle 10", "quit")

@@ -142,15 +142,15 @@ TEST_F(VolumeScreenLook, TheFocusOfAScreenThatHasJustComeDoesNotShow) {
     for (const char *name : buttons) {
         elm_object_focus_set(volume_button(name), EINA_TRUE);
         settle();
-        const auto *ring = edje_object_part_object_get(
-            elm_layout_edje_get(volume_button(name)), "focus");
+        const auto *ring =
+            edje_object_part_object_get(elm_layout_edje_get(volume_button(name)), "focus");
         EXPECT_FALSE(evas_object_visible_get(ring)) << name;
     }
     // It shows where it is moved to.
     elm_object_focus_set(volume_button(buttons[0]), EINA_TRUE);
     settle();
-    const auto *ring = edje_object_part_object_get(
-        elm_layout_edje_get(volume_button(buttons[0])), "focus");
+    const auto *ring =
+        edje_object_part_object_get(elm_layout_edje_get(volume_button(buttons[0])), "focus");
     EXPECT_TRUE(evas_object_visible_get(ring));
     expect_good_look();
 }
