@@ -108,7 +108,8 @@ typedef void (*Eext_Event_Cb)(void *data, Evas_Object *obj, void *event_info);
 
 /**
  * Asks for a key. A press goes to one object: of those that have asked for that key, are alive and
- * visible, the one that asked last. All its callbacks for the key are called, oldest first.
+ * visible, as is all that they stand in, the one that asked last. All its callbacks for the key are
+ * called, oldest first.
  *
  * @param obj the object; null is ignored
  * @param type the key

@@ -1,6 +1,7 @@
 #include "rotary/rotary.h"
 
 #include <algorithm>
+#include <cstring>
 #include <list>
 #include <map>
 #include <memory>
@@ -126,6 +127,27 @@ bool RotaryObjects::send(Eext_Rotary_Event_Info info) {
     return false;
 }
 
+/// The window that a canvas belongs to, null for a canvas without one.
+const Evas_Object *window_of(const Evas *canvas) {
+    const Evas_Object *object = evas_object_bottom_get(canvas);
+    while (object != nullptr && std::strcmp(evas_object_type_get(object), "elm_win") != 0) {
+        object = evas_object_above_get(object);
+    }
+    return object;
+}
+
+/// Shown, as are all objects that it stands in and its window.
+bool is_seen(const Evas_Object *obj) {
+    for (const Evas_Object *part = obj; part != nullptr;
+         part = evas_object_smart_parent_get(part)) {
+        if (evas_object_visible_get(part) == EINA_FALSE) {
+            return false;
+        }
+    }
+    const Evas_Object *window = window_of(evas_object_evas_get(obj));
+    return window == nullptr || evas_object_visible_get(window) != EINA_FALSE;
+}
+
 /// The callbacks that objects have for the hardware keys, oldest first.
 class KeyObjects {
 public:
@@ -193,7 +215,7 @@ void *KeyObjects::remove(Evas_Object *obj, Eext_Callback_Type type, Eext_Event_C
 
 bool KeyObjects::send(Eext_Callback_Type type) {
     const auto newest = std::find_if(listeners_.rbegin(), listeners_.rend(), [type](const auto &l) {
-        return l->type == type && evas_object_visible_get(l->obj) != EINA_FALSE;
+        return l->type == type && is_seen(l->obj);
     });
     if (newest == listeners_.rend()) {
         return false;

@@ -175,6 +175,93 @@ TEST_F(HardwareKeys, NewestVisibleObjectThatAskedIsTold) {
     EXPECT_EQ(calls, (std::vector<std::string>{"second", "first", "first"}));
 }
 
+TEST_F(HardwareKeys, ObjectInAHiddenOneIsNotSeen) {
+    Evas_Object *page = add_object();
+    Evas_Object *box = elm_box_add(window());
+    evas_object_show(box);
+    Evas_Object *inside = elm_button_add(window());
+    elm_box_pack_end(box, inside);
+    evas_object_show(inside);
+    eext_object_event_callback_add(page, EEXT_CALLBACK_BACK, on_key, &first);
+    eext_object_event_callback_add(inside, EEXT_CALLBACK_BACK, on_key, &second);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_hide(box);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_show(box);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_EQ(calls, (std::vector<std::string>{"second", "first", "second"}));
+}
+
+TEST_F(HardwareKeys, ObjectOfAHiddenWindowIsNotSeen) {
+    Evas_Object *object = add_object();
+    eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, on_key, &first);
+    evas_object_hide(window());
+    EXPECT_FALSE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_show(window());
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+}
+
+TEST_F(HardwareKeys, PopupIsToldBeforeThePageBelowAndAToastOnlyWhileItShows) {
+    Evas_Object *page = add_object();
+    Evas_Object *popup = elm_popup_add(window());
+    Evas_Object *toast = elm_popup_add(window());
+    evas_object_show(popup);
+    eext_object_event_callback_add(page, EEXT_CALLBACK_BACK, on_key, &first);
+    eext_object_event_callback_add(popup, EEXT_CALLBACK_BACK, on_key, &second);
+    Listener third{"toast", &calls};
+    eext_object_event_callback_add(toast, EEXT_CALLBACK_BACK, on_key, &third);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_show(toast);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_del(toast);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    evas_object_del(popup);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_EQ(calls, (std::vector<std::string>{"second", "toast", "second", "first"}));
+}
+
+TEST_F(HardwareKeys, AllCallbacksOfTheObjectAreCalledOldestFirst) {
+    Evas_Object *object = add_object();
+    Evas_Object *older = add_object();
+    Listener third{"third", &calls};
+    eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, on_key, &first);
+    eext_object_event_callback_add(older, EEXT_CALLBACK_BACK, on_key, &third);
+    // Who asks again is the newest.
+    eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, on_key, &second);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_EQ(calls, (std::vector<std::string>{"first", "second"}));
+}
+
+TEST_F(HardwareKeys, NullIsIgnored) {
+    eext_object_event_callback_add(nullptr, EEXT_CALLBACK_BACK, on_key, &first);
+    eext_object_event_callback_add(window(), EEXT_CALLBACK_BACK, nullptr, &first);
+    EXPECT_FALSE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_EQ(eext_object_event_callback_del(nullptr, EEXT_CALLBACK_BACK, on_key), nullptr);
+}
+
+TEST_F(HardwareKeys, CallbackRemovedDuringAKeyIsNotCalledAndOneAddedWaitsForTheNext) {
+    struct Change {
+        Listener *added;
+        int times = 0;
+    } change{&second};
+    Evas_Object *object = add_object();
+    eext_object_event_callback_add(
+        object, EEXT_CALLBACK_BACK,
+        [](void *data, Evas_Object *obj, void *) {
+            auto *change = static_cast<Change *>(data);
+            if (change->times++ == 0) {
+                eext_object_event_callback_del(obj, EEXT_CALLBACK_BACK, on_key);
+                eext_object_event_callback_add(obj, EEXT_CALLBACK_BACK, on_key, change->added);
+            }
+        },
+        &change);
+    eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, on_key, &first);
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_TRUE(calls.empty());
+    EXPECT_TRUE(host::send_key(EEXT_CALLBACK_BACK));
+    EXPECT_EQ(calls, std::vector<std::string>{"second"});
+}
+
 TEST_F(HardwareKeys, EachKeyIsAskedForByItself) {
     Evas_Object *a = add_object();
     Evas_Object *b = add_object();
