@@ -37,6 +37,7 @@ _tesselctl() {
     rotate) words="0 90 180 270" ;;
     missed) words="video audio" ;;
     event) words="low-battery low-memory language region" ;;
+    widget) words="add resize update force pause resume remove" ;;
     interrupt) words="completed media call earjack-unplug resource-conflict alarm" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
