@@ -12,11 +12,13 @@
 #include "child_process.h"
 #include "sound/output.h"
 
-/// A PulseAudio server of the test's own, named to this process and its children by the
-/// environment, with one plain sink, "speaker", at full volume.
+/// A sound server of the test's own, named to this process and its children by the environment,
+/// with one plain sink, "speaker", at full volume. Both servers that speak PulseAudio's protocol.
 class SoundServer {
 public:
-    SoundServer() {
+    enum class Kind { pulseaudio, pipewire };
+
+    explicit SoundServer(Kind kind) : kind_(kind) {
         setenv("PULSE_SERVER", ("unix:" + path()).c_str(), 1);
         start();
     }
@@ -29,27 +31,42 @@ public:
 
     void start() {
         modules_.clear();
-        server_ = std::make_unique<child::Process>(
-            std::vector<std::string>{
-                "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-                "--log-level=error", "-L",
-                "module-native-protocol-unix socket=" + path() + " auth-anonymous=1", "-L",
-                "module-null-sink sink_name=speaker"},
-            environment());
-        const auto end = std::chrono::steady_clock::now() + child::deadline;
-        while (!host::sound_server_answers()) {
-            ASSERT_LT(std::chrono::steady_clock::now(), end) << "the sound server did not start";
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        if (kind_ == Kind::pulseaudio) {
+            run({"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
+                 "--log-level=error", "-L",
+                 "module-native-protocol-unix socket=" + path() + " auth-anonymous=1", "-L",
+                 "module-null-sink sink_name=speaker"});
+            wait_for_answer([] { return host::sound_server_answers(); });
+            return;
         }
+        // Its session manager doesn't live without a bus.
+        run({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + bus()});
+        wait_for_answer([this] { return exists(folder_.path() + "/bus"); });
+        run({"pipewire"});
+        wait_for_answer([this] { return exists(folder_.path() + "/pipewire-0"); });
+        run({"wireplumber"});
+        run({"pipewire-pulse"});
+        wait_for_answer([] { return host::sound_server_answers(); });
+        // Its first sink is one that stands for none, until there is another.
+        add_sink("speaker", "device.description=Speaker");
+        wait_for_answer([this] {
+            return control({"get-default-sink"}) == "speaker\n" &&
+                   control({"list", "short", "sinks"}).find("auto_null") == std::string::npos;
+        });
     }
     /// Ends it as a crash does.
     void stop() {
-        server_.reset();
-        std::filesystem::remove(path());
+        while (!processes_.empty()) {
+            processes_.pop_back();
+        }
+        for (const std::string &socket :
+             {path(), folder_.path() + "/pipewire-0", folder_.path() + "/bus"}) {
+            std::filesystem::remove(socket);
+        }
     }
     /// Stops it from answering, and lets it go on.
-    void freeze() const { server_->send(SIGSTOP); }
-    void thaw() const { server_->send(SIGCONT); }
+    void freeze() const { processes_.back()->send(SIGSTOP); }
+    void thaw() const { processes_.back()->send(SIGCONT); }
 
     /// @return what pactl prints
     std::string control(std::vector<std::string> arguments) const {
@@ -84,17 +101,34 @@ public:
     void make_default(const std::string &name) const { control({"set-default-sink", name}); }
 
 private:
-    [[nodiscard]] std::string path() const { return folder_.path() + "/native"; }
+    static bool exists(const std::string &file) { return std::filesystem::exists(file); }
+
+    void run(const std::vector<std::string> &command) {
+        processes_.push_back(std::make_unique<child::Process>(command, environment()));
+    }
+    template <typename Condition>
+    static void wait_for_answer(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + child::deadline;
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), end) << "the sound server did not start";
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
+
+    [[nodiscard]] std::string bus() const { return "unix:path=" + folder_.path() + "/bus"; }
+    [[nodiscard]] std::string path() const { return folder_.path() + "/pulse/native"; }
     [[nodiscard]] child::Environment environment() const {
         return {{"HOME", folder_.path()},
                 {"XDG_RUNTIME_DIR", folder_.path()},
-                {"XDG_CONFIG_HOME", folder_.path()},
-                {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                {"XDG_CONFIG_HOME", folder_.path() + "/config"},
+                {"XDG_STATE_HOME", folder_.path() + "/state"},
+                {"DBUS_SESSION_BUS_ADDRESS", kind_ == Kind::pipewire ? bus() : "disabled:"},
                 {"DISPLAY", std::nullopt},
                 {"LC_ALL", "C.UTF-8"}};
     }
 
+    const Kind kind_;
     const child::TemporaryFolder folder_;
-    std::unique_ptr<child::Process> server_;
-    std::map<std::string, std::string> modules_;  // by sink
+    std::vector<std::unique_ptr<child::Process>> processes_;  // the one that answers is the last
+    std::map<std::string, std::string> modules_;              // by sink
 };

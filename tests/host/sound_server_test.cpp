@@ -21,7 +21,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 
-class ServerSound : public testing::Test {
+class ServerSound : public testing::TestWithParam<SoundServer::Kind> {
 protected:
     void SetUp() override { host::sound::use_backend(host::sound::create_pulse_backend); }
     void TearDown() override {
@@ -40,14 +40,22 @@ protected:
         return true;
     }
 
-    SoundServer server;
+    SoundServer server{GetParam()};
     Levels levels;
     const VolumeCallback level_callback{report_level, &levels};
     Connections connections;
     const DeviceCallback device_callback{SOUND_DEVICE_TYPE_EXTERNAL_MASK, connections};
 };
 
-TEST_F(ServerSound, SetChangesWhatTheServerTells) {
+INSTANTIATE_TEST_SUITE_P(Every, ServerSound,
+                         testing::Values(SoundServer::Kind::pulseaudio,
+                                         SoundServer::Kind::pipewire),
+                         [](const auto &info) {
+                             return info.param == SoundServer::Kind::pulseaudio ? "PulseAudio"
+                                                                                : "PipeWire";
+                         });
+
+TEST_P(ServerSound, SetChangesWhatTheServerTells) {
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     EXPECT_TRUE(comes_to([&] { return server.volume().find(" 40% ") != std::string::npos; }))
         << server.volume();
@@ -55,12 +63,12 @@ TEST_F(ServerSound, SetChangesWhatTheServerTells) {
     EXPECT_TRUE(comes_to([&] { return server.volume().find(" 100% ") != std::string::npos; }));
 }
 
-TEST_F(ServerSound, StreamIsLeftAsItIs) {
+TEST_P(ServerSound, StreamIsLeftAsItIs) {
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
     EXPECT_DOUBLE_EQ(host::stream_gain(), 1.0);
 }
 
-TEST_F(ServerSound, MuteIsSilenceAndASetEndsIt) {
+TEST_P(ServerSound, MuteIsSilenceAndASetEndsIt) {
     ASSERT_EQ(media_volume(), 15);
     server.set_mute(true);
     ASSERT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 0}));
@@ -71,7 +79,7 @@ TEST_F(ServerSound, MuteIsSilenceAndASetEndsIt) {
     EXPECT_EQ(levels.entries(), (std::vector<Level>{{SOUND_TYPE_MEDIA, 0}, {SOUND_TYPE_MEDIA, 4}}));
 }
 
-TEST_F(ServerSound, MoreThanFullIsTheTopLevelAndIsTakenBackToFull) {
+TEST_P(ServerSound, MoreThanFullIsTheTopLevelAndIsTakenBackToFull) {
     server.set_volume(150);
     EXPECT_TRUE(comes_to([&] { return server.volume().find(" 150% ") != std::string::npos; }));
     server.set_volume(20);
@@ -82,7 +90,7 @@ TEST_F(ServerSound, MoreThanFullIsTheTopLevelAndIsTakenBackToFull) {
     EXPECT_TRUE(comes_to([&] { return server.volume().find(" 100% ") != std::string::npos; }));
 }
 
-TEST_F(ServerSound, QuickSetsAreShownAndReportedWithoutGoingBack) {
+TEST_P(ServerSound, QuickSetsAreShownAndReportedWithoutGoingBack) {
     ASSERT_EQ(media_volume(), 15);
     std::vector<Level> expected;
     for (int round = 0; round < 10; ++round) {
@@ -99,7 +107,7 @@ TEST_F(ServerSound, QuickSetsAreShownAndReportedWithoutGoingBack) {
     EXPECT_EQ(levels.entries(), expected);
 }
 
-TEST_F(ServerSound, VolumeIsThatOfTheDefaultOutput) {
+TEST_P(ServerSound, VolumeIsThatOfTheDefaultOutput) {
     server.add_sink("other", "device.description=Other");
     server.make_default("speaker");
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 3), 0);
@@ -110,7 +118,7 @@ TEST_F(ServerSound, VolumeIsThatOfTheDefaultOutput) {
     EXPECT_TRUE(comes_to([] { return media_volume() == 3; }));
 }
 
-TEST_F(ServerSound, DefaultOutputIsOneExternalDevice) {
+TEST_P(ServerSound, DefaultOutputIsOneExternalDevice) {
     EXPECT_EQ(listed_types(SOUND_DEVICE_TYPE_EXTERNAL_MASK), std::vector{SOUND_DEVICE_USB_AUDIO});
     server.add_sink("phones", "device.form_factor=headphone");
     ASSERT_TRUE(connections.wait_for_entry({SOUND_DEVICE_AUDIO_JACK, true}));
@@ -126,7 +134,7 @@ TEST_F(ServerSound, DefaultOutputIsOneExternalDevice) {
     }));
 }
 
-TEST_F(ServerSound, WatchLeavesItsSpeakerOut) {
+TEST_P(ServerSound, WatchLeavesItsSpeakerOut) {
     host::Options options;
     options.watch_profile = true;
     host::set_options(options);
@@ -141,7 +149,7 @@ TEST_F(ServerSound, WatchLeavesItsSpeakerOut) {
     EXPECT_EQ(listed_types(SOUND_DEVICE_TYPE_EXTERNAL_MASK), std::vector{SOUND_DEVICE_AUDIO_JACK});
 }
 
-TEST_F(ServerSound, ServerThatDiesIsNoticedAndItsReturnToo) {
+TEST_P(ServerSound, ServerThatDiesIsNoticedAndItsReturnToo) {
     server.add_sink("phones", "device.form_factor=headphone");
     ASSERT_TRUE(connections.wait_for_entry({SOUND_DEVICE_AUDIO_JACK, true}));
     for (int round = 0; round < 2; ++round) {
@@ -165,7 +173,7 @@ TEST_F(ServerSound, ServerThatDiesIsNoticedAndItsReturnToo) {
     }
 }
 
-TEST_F(ServerSound, VolumeThatIsAnotherAfterTheReturnIsReported) {
+TEST_P(ServerSound, VolumeThatIsAnotherAfterTheReturnIsReported) {
     ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 4), 0);
     ASSERT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 4}));
     server.stop();
@@ -173,7 +181,7 @@ TEST_F(ServerSound, VolumeThatIsAnotherAfterTheReturnIsReported) {
     ASSERT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 15}));
 }
 
-TEST_F(ServerSound, ServerThatHangsHoldsNobodyUp) {
+TEST_P(ServerSound, ServerThatHangsHoldsNobodyUp) {
     ASSERT_EQ(media_volume(), 15);
     server.freeze();
     const auto begin = steady_clock::now();
@@ -185,7 +193,7 @@ TEST_F(ServerSound, ServerThatHangsHoldsNobodyUp) {
     EXPECT_TRUE(comes_to([&] { return server.volume().find(" 27% ") != std::string::npos; }));
 }
 
-TEST_F(ServerSound, ServerThatNeverAnswersCountsAsAway) {
+TEST_P(ServerSound, ServerThatNeverAnswersCountsAsAway) {
     server.freeze();
     const auto begin = steady_clock::now();
     host::sound::use_backend(host::sound::create_pulse_backend);

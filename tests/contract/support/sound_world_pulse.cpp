@@ -1,3 +1,5 @@
+// SOUND_SERVER is the kind of server that stands behind it.
+
 #include <memory>
 
 #include "host/sound_server.h"
@@ -16,7 +18,7 @@ std::string sink_of(sound_device_type_e type) {
 }  // namespace
 
 void begin() {
-    server = std::make_unique<SoundServer>();
+    server = std::make_unique<SoundServer>(SoundServer::Kind::SOUND_SERVER);
     host::sound::use_backend(host::sound::create_pulse_backend);
 }
 
