@@ -38,6 +38,8 @@ _tesselctl() {
     missed) words="video audio" ;;
     event) words="low-battery low-memory language region" ;;
     widget) words="add resize update force pause resume remove" ;;
+    focus) words="take give-back none no-resume fading both" ;;
+    device) words="connect disconnect earjack bluetooth hdmi usb" ;;
     interrupt) words="completed media call earjack-unplug resource-conflict alarm" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")

@@ -63,6 +63,12 @@ Commands:
   battery none|low|critical|action [charging|discharging]
                                   say how the battery is; discharging when not said
   language LANGUAGE               set the language of the system, such as pt_BR
+  focus take none|no-resume|fading|both
+                                  take the audio focus from it, stating that behaviour
+  focus give-back                 give it back
+  volume LEVEL                    set the media volume, 0 to 15
+  device connect|disconnect earjack|bluetooth|hdmi|usb
+                                  plug a device of the built-in mixer in, or pull it out
   widget add W H [KEY=VALUE]...   in an application of widgets: show one more widget
   widget resize W H               give the shown widget another size, in pixels
   widget update|force [KEY=VALUE]...

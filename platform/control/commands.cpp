@@ -12,6 +12,7 @@
 
 #include "app/lifecycle.h"
 #include "control/screen_state.h"
+#include "control/sound_commands.h"
 #include "i18n/locale.h"
 #include "messaging/app_control_host.h"
 #include "player/player_host.h"
@@ -330,6 +331,9 @@ constexpr std::array kCommands{
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"language", "LANGUAGE", 2, 2, language},
+    Command{"focus", "take none|no-resume|fading|both, or give-back", 2, 3, move_focus},
+    Command{"volume", "LEVEL", 2, 2, set_volume},
+    Command{"device", "connect|disconnect earjack|bluetooth|hdmi|usb", 3, 3, plug_device},
     Command{"widget", "add|resize|update|force|pause|resume|remove [WORD]...", 2, 64, widget},
     Command{"input", "DEADLINE_MS", 2, 2, input},
     Command{"quit", "", 1, 1, quit},

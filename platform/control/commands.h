@@ -4,6 +4,7 @@
 #include "control/recorder.h"
 #include "control/request.h"
 #include "control/responder.h"
+#include "control/rival.h"
 #include "control/waits.h"
 
 namespace host::control {
@@ -18,6 +19,7 @@ public:
     Pointer pointer;
     Waits waits;
     Recorder recorder;
+    Rival rival;
 };
 
 }  // namespace host::control

@@ -102,8 +102,8 @@ void Recorder::lifted(const InputEvent &event) {
     const bool still = std::abs(event.x - finger->x) < kSlackPixels &&
                        std::abs(event.y - finger->y) < kSlackPixels;
     if (!still) {
-        add(finger->since, {"drag", x, y, std::to_string(event.x), std::to_string(event.y),
-                            std::to_string(held)});
+        add(finger->since,
+            {"drag", x, y, std::to_string(event.x), std::to_string(event.y), std::to_string(held)});
     } else if (held > kLongestTapMs) {
         add(finger->since, {"press", x, y, std::to_string(held)});
     } else {

@@ -19,8 +19,8 @@ public:
     Recorder &operator=(const Recorder &) = delete;
 
     /// Replies with the commands since the last call, once there is one or `deadline_ms` have
-    /// passed: `input`, a list of objects with `at` in milliseconds of a steady clock and `command`,
-    /// a list of words. The first call begins the recording; it ends with its requester.
+    /// passed: `input`, a list of objects with `at` in milliseconds of a steady clock and
+    /// `command`, a list of words. The first call begins the recording; it ends with its requester.
     /// @throws RequestError while another waits
     void wait(int deadline_ms, const Responder &responder);
 

@@ -11,6 +11,7 @@
 
 #include "player/player_host.h"
 #include "shell/shell.h"
+#include "sound/backend.h"
 
 namespace host::control {
 namespace {
@@ -180,15 +181,24 @@ void add_player(Json &state) {
                        {"dropped", status.frames_dropped}};
 }
 
+void add_sound(Json &state) {
+    int volume = 0;
+    state["volume"] =
+        sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume) == 0 ? Json(volume) : Json();
+    Json devices = Json::array();
+    for (const auto &device : sound::backend().devices().value_or(std::vector<sound::Device>())) {
+        devices.push_back({{"type", static_cast<int>(device.type)}, {"name", device.name}});
+    }
+    state["sound"] = {{"backend", sound::backend().name()}, {"devices", devices}};
+}
+
 }  // namespace
 
 Json read_state() {
     Json state = Json::object();
     add_player(state);
     add_window(state);
-    int volume = 0;
-    state["volume"] =
-        sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume) == 0 ? Json(volume) : Json();
+    add_sound(state);
     return state;
 }
 
