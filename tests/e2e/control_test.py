@@ -137,6 +137,8 @@ class Socket(e2e.TestCase):
         self.assertLess(answers, 40)
         for client in clients:
             client.close()
+        # Their places are free once the player has seen them go.
+        e2e.wait_until(lambda: self.player.try_control("state")[0] == 0, "a free place")
         self.assert_plays()
 
 
