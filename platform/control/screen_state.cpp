@@ -21,6 +21,9 @@ constexpr const char *kPlayerPage = "tsl_player_view";
 constexpr const char *kControlsPart = "tsl.player.view.base.layout.swallow.content";
 constexpr const char *kPlayedPart = "tsl.player.view.playtime.text.played";
 constexpr const char *kDurationPart = "tsl.player.view.playtime.text.duration";
+constexpr const char *kVolumePage = "tsl_volume_view";
+constexpr const char *kVolumePart = "tsl.volume.view.base.layout.swallow.content";
+constexpr const char *kLevelPart = "elm.text.level";
 constexpr const char *kPopupTextPart = "elm.text";
 
 struct EinaListFree {
@@ -120,11 +123,40 @@ Json describe_button(Evas_Object *button) {
             {"enabled", elm_object_disabled_get(button) == EINA_FALSE}};
 }
 
+void add_player_page(Json &state, Evas_Object *page) {
+    if (Evas_Object *controls = elm_object_part_content_get(page, kControlsPart)) {
+        state["controls"] = is_visible(controls);
+        state["played"] = text_or_null(elm_object_part_text_get(controls, kPlayedPart));
+        state["length"] = text_or_null(elm_object_part_text_get(controls, kDurationPart));
+    }
+}
+
+void add_volume_page(Json &state, Evas_Object *page) {
+    Evas_Object *panel = elm_object_part_content_get(page, kVolumePart);
+    if (panel != nullptr && is_visible(panel)) {
+        state["level"] = text_or_null(elm_object_part_text_get(panel, kLevelPart));
+    }
+}
+
+void add_page(Json &state, Evas_Object *page) {
+    const char *name = evas_object_name_get(page);
+    state["page"] = text_or_null(name);
+    if (name == nullptr) {
+        return;
+    }
+    if (std::string_view(name) == kPlayerPage) {
+        add_player_page(state, page);
+    } else if (std::string_view(name) == kVolumePage) {
+        add_volume_page(state, page);
+    }
+}
+
 void add_window(Json &state) {
     state["page"] = nullptr;
     state["controls"] = false;
     state["played"] = nullptr;
     state["length"] = nullptr;
+    state["level"] = nullptr;
     state["popup"] = nullptr;
     state["buttons"] = Json::array();
     state["screen"] = nullptr;
@@ -136,15 +168,7 @@ void add_window(Json &state) {
     }
     const Seen seen = look_at(window);
     if (seen.page != nullptr) {
-        const char *name = evas_object_name_get(seen.page);
-        state["page"] = text_or_null(name);
-        if (name != nullptr && std::string_view(name) == kPlayerPage) {
-            if (Evas_Object *controls = elm_object_part_content_get(seen.page, kControlsPart)) {
-                state["controls"] = is_visible(controls);
-                state["played"] = text_or_null(elm_object_part_text_get(controls, kPlayedPart));
-                state["length"] = text_or_null(elm_object_part_text_get(controls, kDurationPart));
-            }
-        }
+        add_page(state, seen.page);
     }
     if (seen.popup != nullptr) {
         state["popup"] = describe_popup(seen.popup);

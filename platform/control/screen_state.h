@@ -12,9 +12,10 @@ namespace host::control {
 /// `uri`, `display_mode` (letter_box, original_size, full_screen, cropped_full, original_or_letter,
 /// dst_roi), `display_rotation` (0 to 3), `video` {width, height}, `frames` {decoded, shown,
 /// dropped}, `page` (name of the top view, or null), `controls` (whether those of the player screen
-/// are shown), `played` and `length` (the texts of the player screen, or null), `popup` {style,
-/// text} or null, `buttons` (the visible ones: {style, x, y, width, height, enabled}), `screen`
-/// {width, height} in pixels, `rotation` of the window in degrees, `volume` of media.
+/// are shown), `played` and `length` (the texts of the player screen, or null), `level` (the text
+/// of the volume screen, null until it is shown), `popup` {style, text} or null, `buttons` (the
+/// visible ones: {style, x, y, width, height, enabled}), `screen` {width, height} in pixels,
+/// `rotation` of the window in degrees, `volume` of media.
 [[nodiscard]] Json read_state();
 
 }  // namespace host::control

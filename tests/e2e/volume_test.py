@@ -4,6 +4,7 @@ import math
 import time
 
 import e2e
+from sound_test import SoundServer
 
 PLUS, MINUS, MUTE = ("video/volume/event_expanded_right", "video/volume/event_expanded_left",
                      "video/more_volume")
@@ -14,7 +15,9 @@ RADIUS = 170
 CLOSES_AFTER = 3.0
 
 
-class Volume:
+class VolumeScreen:
+    """What a person does and sees on it."""
+
     def play_at(self, level):
         """A player at a level, with the volume screen open."""
         player = self.play(e2e.LONG)
@@ -50,6 +53,8 @@ class Volume:
         return (round(SIDE / 2 + radius * math.sin(angle)),
                 round(SIDE / 2 - radius * math.cos(angle)))
 
+
+class Volume(VolumeScreen):
     def test_a_turn_of_the_bezel_changes_the_level(self):
         player = self.play_at(5)
         self.turn(player, 1)
@@ -172,6 +177,38 @@ class HeadlessVolume(Volume, e2e.TestCase):
                       if button["style"].startswith("video/volume/"))
         self.assertFalse(button["enabled"])
         self.assertEqual(button["style"], "video/volume/mute")
+
+
+class ServersVolume(VolumeScreen, e2e.TestCase):
+    """The level of a sound server, which anybody may change."""
+
+    def setUp(self):
+        super().setUp()
+        self.server = SoundServer(self.directory)
+        self.addCleanup(self.server.end)
+        self.environment["PULSE_SERVER"] = self.server.name
+
+    def test_a_change_of_the_server_is_shown(self):
+        player = self.play_at(5)
+        self.server.pactl("set-sink-volume", "@DEFAULT_SINK@", "80%")
+        self.level(player, 12)
+        e2e.wait_until(lambda: self.bar_is_at(player, 12), "the bar at its level")
+
+    def test_a_turn_of_the_bezel_is_heard_by_the_server(self):
+        player = self.play_at(5)
+        self.turn(player, 1)
+        self.level(player, 6)
+        e2e.wait_until(lambda: " 40% " in self.server.volume(), "the level of the server")
+
+    def test_sinks_come_and_go_while_it_is_open(self):
+        player = self.play_at(5)
+        module = self.server.pactl("load-module", "module-null-sink", "sink_name=phones",
+                                   "sink_properties=device.form_factor=headphone").strip()
+        # The headphones are the output now, at a level of their own, which is above the safe one.
+        self.level(player, 15)
+        self.server.pactl("unload-module", module)
+        self.level(player, 5)
+        self.assertEqual(player.state()["page"], PAGE)
 
 
 class DisplayVolume(Volume, e2e.DisplayTestCase):

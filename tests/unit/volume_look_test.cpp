@@ -155,6 +155,23 @@ TEST_F(VolumeScreenLook, TheFocusOfAScreenThatHasJustComeDoesNotShow) {
     expect_good_look();
 }
 
+TEST_F(VolumeScreenLook, ALevelIsAnsweredInTheNextFrame) {
+    start_playing();
+    open(7);
+    edje_transition_duration_factor_set(1.0);
+    ecore_animator_frametime_set(1 / 60.0);
+    const ScreenPicture before = picture();
+    volume_view()->setVolume(8);
+    bool passed = false;
+    const auto note = [](void *data) -> Eina_Bool {
+        *static_cast<bool *>(data) = true;
+        return ECORE_CALLBACK_CANCEL;
+    };
+    ecore_animator_add(note, &passed);
+    ASSERT_TRUE(support::run_main_loop_until([&passed] { return passed; }));
+    EXPECT_FALSE(before == picture());
+}
+
 TEST_F(VolumeScreenLook, PicturesAreNotSmallerThanTheyAreShown) {
     start_playing();
     use_face({480, 480 / 360.0});
