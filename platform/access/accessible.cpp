@@ -13,9 +13,6 @@
 #include "access/speech.h"
 #include "i18n/locale.h"
 
-extern "C" Evas_Object *__real_elm_access_object_register(Evas_Object *obj, Evas_Object *parent);
-extern "C" Evas_Object *__wrap_elm_access_object_register(Evas_Object *obj, Evas_Object *parent);
-
 namespace host {
 namespace {
 
@@ -180,12 +177,4 @@ void elm_atspi_bridge_utils_say(const char *text, Eina_Bool discardable,
         };
     }
     host::speak(text, host::current_language(), discardable != EINA_FALSE, std::move(told));
-}
-
-Evas_Object *__wrap_elm_access_object_register(Evas_Object *obj, Evas_Object *parent) {
-    // The toolkit would show both the old access object and the new one.
-    if (obj != nullptr && elm_access_object_get(obj) != nullptr) {
-        elm_access_object_unregister(obj);
-    }
-    return __real_elm_access_object_register(obj, parent);
 }

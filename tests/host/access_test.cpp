@@ -38,6 +38,13 @@ protected:
         return found != nullptr ? found : "";
     }
 
+    [[nodiscard]] int seen_below_window() const {
+        Eina_List *children = efl_access_object_access_children_get(m_window);
+        const int count = static_cast<int>(eina_list_count(children));
+        eina_list_free(children);
+        return count;
+    }
+
     Evas_Object *m_window = nullptr;
     Evas_Object *m_button = nullptr;
 };
@@ -90,6 +97,32 @@ TEST_F(Accessible, PartOfAThemeIsAskedThroughItsAccessObject) {
     Evas_Object *access_object = elm_access_object_register(plain, m_window);
     elm_atspi_accessible_name_cb_set(access_object, counted_name, &queries);
     EXPECT_STREQ(efl_access_object_i18n_name_get(access_object), "1");
+}
+
+TEST_F(Accessible, IsSeenOnceThoughItIsRegisteredAgain) {
+    Evas_Object *plain = evas_object_rectangle_add(evas_object_evas_get(m_window));
+    elm_access_object_register(plain, m_window);
+    const int before = seen_below_window();
+    Evas_Object *again = elm_access_object_register(plain, m_window);
+    EXPECT_EQ(elm_access_object_get(plain), again);
+    EXPECT_EQ(seen_below_window(), before);
+    EXPECT_EQ(elm_access_object_register(nullptr, m_window), nullptr);
+}
+
+TEST_F(Accessible, PageIsKnownAsTheWidgetAroundItsContent) {
+    Evas_Object *naviframe = elm_naviframe_add(m_window);
+    Evas_Object *content = elm_layout_add(naviframe);
+    Elm_Object_Item *page =
+        elm_naviframe_item_push(naviframe, nullptr, nullptr, nullptr, content, nullptr);
+    elm_atspi_accessible_name_set(page, "Films");
+    const Evas_Object *around = elm_object_parent_widget_get(content);
+    EXPECT_EQ(efl_access_object_role_get(around), EFL_ACCESS_ROLE_PAGE_TAB);
+    EXPECT_STREQ(efl_access_object_i18n_name_get(around), "Films");
+    // One without content has nothing to be known by.
+    Elm_Object_Item *empty =
+        elm_naviframe_item_push(naviframe, nullptr, nullptr, nullptr, nullptr, nullptr);
+    elm_atspi_accessible_name_set(empty, "None");
+    EXPECT_STREQ(efl_access_object_i18n_name_get(around), "Films");
 }
 
 TEST_F(Accessible, MayBePassedOverByTheHighlight) {
