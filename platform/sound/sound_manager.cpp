@@ -243,6 +243,11 @@ FocusStatement statement_of(int behavior, const char *extra_info) {
     return {behavior, extra_info != nullptr ? extra_info : ""};
 }
 
+/// What a server tells first is no change to anybody, unless somebody has asked before.
+void learn_what_is_there() {
+    (void)manager().backend().devices();
+}
+
 bool are_focus_arguments(sound_stream_focus_mask_e mask, int behavior) {
     return is_mask(mask, kFocusBits) && (behavior & ~kBehaviorBits) == 0;
 }
@@ -396,6 +401,7 @@ int sound_manager_set_volume_changed_cb(sound_manager_volume_changed_cb callback
     if (callback == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
+    learn_what_is_there();
     manager().volume.set([callback, user_data](sound_type_e type, unsigned level) {
         callback(type, level, user_data);
     });
@@ -413,6 +419,7 @@ int sound_manager_add_device_connection_changed_cb(int device_mask,
     if (!is_mask(device_mask, kDeviceBits) || callback == nullptr || id == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
+    learn_what_is_there();
     const auto listener = manager().add_device_listener(device_mask);
     listener->changed.set([callback, user_data](sound_device_s &device, bool connected) {
         callback(&device, connected, user_data);

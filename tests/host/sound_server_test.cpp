@@ -209,4 +209,16 @@ TEST_P(ServerSound, ServerThatNeverAnswersCountsAsAway) {
     EXPECT_EQ(media_volume(), 15);
 }
 
+TEST_P(ServerSound, CallbackSetBeforeTheFirstAnswerIsToldOfAllThatComesWithIt) {
+    server.freeze();
+    host::sound::use_backend(host::sound::create_pulse_backend);
+    Connections early_connections;
+    Levels early_levels;
+    const DeviceCallback devices(SOUND_DEVICE_TYPE_EXTERNAL_MASK, early_connections);
+    const VolumeCallback volume(report_level, &early_levels);
+    server.thaw();
+    EXPECT_TRUE(early_connections.wait_for_entry({SOUND_DEVICE_USB_AUDIO, true}));
+    EXPECT_TRUE(early_levels.wait_for_entry({SOUND_TYPE_MEDIA, 15}));
+}
+
 }  // namespace
