@@ -58,6 +58,7 @@ Commands:
   interrupt CODE                  interrupt it: completed, media, call, earjack-unplug,
                                   resource-conflict, alarm
   missed video|audio              make it report a missing decoder
+  network CONNECT_MS STALL_MS     how long a server may be silent: 10000 and 20000 otherwise
   event low-battery|low-memory|language|region
                                   raise a system event
   battery none|low|critical|action [charging|discharging]

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -181,6 +182,16 @@ void missed(Commands & /*commands*/, const Words &words, const Responder &respon
     responder.done();
 }
 
+void network(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    NetworkLimits limits;
+    limits.connect =
+        std::chrono::milliseconds(parse_number(words[1], "the limit for connecting", 1, kMostMs));
+    limits.stall =
+        std::chrono::milliseconds(parse_number(words[2], "the limit for a stall", 1, kMostMs));
+    set_network_limits(limits);
+    responder.done();
+}
+
 void event(Commands & /*commands*/, const Words &words, const Responder &responder) {
     static const std::vector<Name> kEvents{
         {"low-memory", APP_EVENT_LOW_MEMORY},
@@ -328,6 +339,7 @@ constexpr std::array kCommands{
     Command{"error", "CODE", 2, 2, error},
     Command{"interrupt", "CODE", 2, 2, interrupt},
     Command{"missed", "video|audio", 2, 2, missed},
+    Command{"network", "CONNECT_MS STALL_MS", 3, 3, network},
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"language", "LANGUAGE", 2, 2, language},

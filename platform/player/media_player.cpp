@@ -1,5 +1,6 @@
 #include "player/media_player.h"
 
+#include <dlog.h>
 #include <gst/video/video.h>
 
 #include <algorithm>
@@ -67,6 +68,9 @@ int MediaPlayer::set_uri(const char *uri) {
     std::string why;
     source_ = MediaSource::parse(uri, why);
     if (!source_) {
+        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "HOST", "The medium is refused with %d (0x%x): %s",
+                     PLAYER_ERROR_INVALID_URI, static_cast<unsigned>(PLAYER_ERROR_INVALID_URI),
+                     why.c_str());
         report_failure(uri, why);
         return PLAYER_ERROR_INVALID_URI;
     }
@@ -255,6 +259,9 @@ void MediaPlayer::on_fault(const PlaybackFault &fault) {
         shared_.preparing = false;
         shared_.failed = true;
     }
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "HOST", "Playback fails with %d (0x%x): %s %s",
+                 fault.code, static_cast<unsigned>(fault.code), fault.why.c_str(),
+                 fault.detail.c_str());
     report_failure(playback_->given(), fault.why);
     complete_seeks();
     prepared_ = nullptr;

@@ -56,6 +56,13 @@ struct UriUnref {
     void operator()(GUri *uri) const { g_uri_unref(uri); }
 };
 
+/// No byte that can't stand in a URI, however lenient one is about blanks.
+bool is_text(const std::string &uri) {
+    return g_utf8_validate(uri.data(), static_cast<gssize>(uri.size()), nullptr) != FALSE &&
+           std::none_of(uri.begin(), uri.end(),
+                        [](unsigned char byte) { return byte < ' ' || byte == 0x7F; });
+}
+
 bool names_a_host(const std::string &uri) {
     const std::unique_ptr<GUri, UriUnref> parsed(
         g_uri_parse(uri.c_str(), G_URI_FLAGS_ENCODED, nullptr));
@@ -79,7 +86,7 @@ std::optional<MediaSource> MediaSource::parse(std::string_view given, std::strin
             why = "the scheme " + *scheme + " isn't one that can be opened";
             return std::nullopt;
         }
-        if (!names_a_host(source.given_)) {
+        if (!is_text(source.given_) || !names_a_host(source.given_)) {
             why = "the address is malformed";
             return std::nullopt;
         }

@@ -4,9 +4,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <string_view>
 #include <utility>
 
+#include "player/network_limits.h"
+#include "player/resources.h"
 #include "sound/output.h"
 
 namespace host {
@@ -14,14 +17,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kConnectLimit = 10s;
-constexpr auto kStallLimit = 20s;
 constexpr auto kWatchInterval = 200ms;
 /// A file that ends more than this before its duration may have been cut short.
 constexpr int kEarlyEndMs = 1000;
 /// The last moment that still has a picture.
 constexpr int kBeforeEndMs = 1;
 
+constexpr char kNoMemory[] = "there is no memory for a picture";
 constexpr char kSilentOutput[] = "fakesink";
 
 std::optional<player_missed_plugin_type_e> missed_type(GstMessage *message) {
@@ -68,10 +70,15 @@ Playback::~Playback() {
 }
 
 void Playback::prepare() {
+    if (!has_descriptors_for_playback()) {
+        fail(fault_of_errno(EMFILE));
+        return;
+    }
     if (const auto fault = source_.examine()) {
         fail(*fault);
         return;
     }
+    failed_allocations_before_ = failed_allocations();
     begin_wait(Wait::preparing);
     open(sound_sink_element());
 }
@@ -188,6 +195,7 @@ void Playback::apply_state() {
 
 void Playback::seek(const SeekRequest &request, double rate) {
     rate_ = rate;
+    sought_ = true;
     int target = request.target_ms;
     if (request.accurate && duration_ms_ > 0) {
         target = std::min(target, std::max(0, duration_ms_ - kBeforeEndMs));
@@ -218,7 +226,16 @@ void Playback::handle_error(GstMessage *message) {
             return;
         }
     }
-    fail(fault_of_message(message, source_.remote()));
+    PlaybackFault fault = fault_of_message(message, source_.remote());
+    if (lacks_memory()) {
+        // The message names what went wrong after that.
+        fault = {PLAYER_ERROR_OUT_OF_MEMORY, kNoMemory, fault.detail};
+    }
+    fail(fault);
+}
+
+bool Playback::lacks_memory() const {
+    return failed_allocations() != failed_allocations_before_;
 }
 
 void Playback::handle_async_done() {
@@ -258,6 +275,14 @@ void Playback::finish_preparing() {
 }
 
 void Playback::handle_end() {
+    if (lacks_memory()) {
+        fail({PLAYER_ERROR_OUT_OF_MEMORY, kNoMemory});
+        return;
+    }
+    if (duration_ms_ > 0 && !pipeline_->reached_ms() && !sought_) {
+        fail({PLAYER_ERROR_NOT_SUPPORTED_FILE, "nothing of the medium could be read"});
+        return;
+    }
     const int reached = pipeline_->reached_ms().value_or(duration_ms_);
     if (duration_ms_ > 0 && reached + kEarlyEndMs < duration_ms_) {
         if (const auto fault = source_.examine_again()) {
@@ -384,7 +409,7 @@ void Playback::watch() {
     if (waiting_ == Wait::preparing && !source_.remote()) {
         // Twice in a row, as its first look into the file may be about to begin.
         if (std::exchange(found_nothing_, pipeline_->found_nothing()) && found_nothing_) {
-            fail({PLAYER_ERROR_NOT_SUPPORTED_FILE, "nothing in the file can be played"});
+            fail({PLAYER_ERROR_NOT_SUPPORTED_FILE, "the file contains no playable streams"});
             return;
         }
     }
@@ -392,7 +417,8 @@ void Playback::watch() {
     const auto silent_since = std::max(waiting_since_, data.value_or(waiting_since_));
     const bool connecting = source_.remote() && !data;
     const auto silence = Pipeline::Clock::now() - silent_since;
-    if (silence < (connecting ? std::chrono::seconds(kConnectLimit) : kStallLimit)) {
+    const NetworkLimits limits = network_limits();
+    if (silence < (connecting ? limits.connect : limits.stall)) {
         arm_watch();
         return;
     }

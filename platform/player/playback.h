@@ -88,6 +88,7 @@ private:
     void finish_preparing();
     void report_missed();
     void restart_without_sound();
+    [[nodiscard]] bool lacks_memory() const;
     void fail(const PlaybackFault &fault);
     void begin_wait(Wait wait);
     void end_wait();
@@ -115,6 +116,8 @@ private:
     bool live_ = false;
     bool sound_lost_ = false;
     bool found_nothing_ = false;
+    bool sought_ = false;
+    unsigned failed_allocations_before_ = 0;
     bool playing_ = false;  ///< as asked for
     GstState asked_ = GST_STATE_NULL;
     int buffered_percent_ = 100;

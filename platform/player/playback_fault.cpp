@@ -12,6 +12,8 @@ namespace {
 
 constexpr guint kHttpNotFound = 404;
 constexpr guint kHttpGone = 410;
+constexpr guint kHttpFirstRedirection = 300;
+constexpr guint kHttpFirstClientError = 400;
 
 guint http_status(GstMessage *message) {
     const GstStructure *details = nullptr;
@@ -31,6 +33,11 @@ int code_of_resource_error(GstMessage *message, int code, bool remote) {
                                                               : PLAYER_ERROR_INVALID_OPERATION;
     }
     return PLAYER_ERROR_INVALID_OPERATION;
+}
+
+bool redirects(GstMessage *message) {
+    const guint status = http_status(message);
+    return status >= kHttpFirstRedirection && status < kHttpFirstClientError;
 }
 
 int code_of_stream_error(int code, bool remote) {
@@ -70,7 +77,9 @@ PlaybackFault fault_of_errno(int error) {
 
 PlaybackFault fault_of_message(GstMessage *message, bool remote) {
     GErrorPtr error;
-    gst_message_parse_error(message, out(error), nullptr);
+    gchar *debug = nullptr;
+    gst_message_parse_error(message, out(error), &debug);
+    const GText detail(debug);
     if (!error) {
         return {PLAYER_ERROR_INVALID_OPERATION, "unknown fault"};
     }
@@ -85,8 +94,13 @@ PlaybackFault fault_of_message(GstMessage *message, bool remote) {
     // A source that a server refuses or leaves says nothing of it in its text.
     const bool lost =
         remote && g_error_matches(error.get(), GST_STREAM_ERROR, GST_STREAM_ERROR_FAILED) != FALSE;
-    return {code,
-            lost ? "the server can't be reached, or has ended the connection" : error->message};
+    std::string why = error->message;
+    if (lost) {
+        why = "the server can't be reached, or has ended the connection";
+    } else if (remote && redirects(message)) {
+        why = "the server redirects without an end";
+    }
+    return {code, why, detail ? detail.get() : ""};
 }
 
 bool ends_playback(int code) {

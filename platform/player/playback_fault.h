@@ -12,6 +12,7 @@ namespace host {
 struct PlaybackFault {
     int code = PLAYER_ERROR_NONE;
     std::string why;
+    std::string detail{};  ///< for the log; may be empty
 };
 
 /// For a call of the operating system on a file that failed with `error` of errno.

@@ -2,6 +2,7 @@
 
 #include <player.h>
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -26,6 +27,14 @@ struct PlayerStatus {
     std::string uri;
 };
 [[nodiscard]] PlayerStatus player_status();
+
+/// How long a server may be silent before a playback is given up.
+struct NetworkLimits {
+    std::chrono::milliseconds connect{10'000};  ///< before its first data
+    std::chrono::milliseconds stall{20'000};    ///< after that
+};
+/// Holds for waits that are under way, too. Any thread.
+void set_network_limits(const NetworkLimits &limits);
 
 /// Delivers an error, an interruption or a missing plug-in through the newest player's callbacks,
 /// on a thread of the platform, as the real ones come. @return false when there is no player.

@@ -22,6 +22,7 @@
 #include "player/library_loader.h"
 #include "player/media_source.h"
 #include "player/player_host.h"
+#include "player/resources.h"
 #include "sound/output.h"
 
 namespace host {
@@ -169,6 +170,7 @@ public:
         std::call_once(begun_, [&] {
             thread_ = std::thread([this, target] {
                 gst_init(nullptr, nullptr);
+                allow_allocations_to_fail();
                 ready_.set_value();
                 load_for(target);
             });

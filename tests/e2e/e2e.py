@@ -314,12 +314,14 @@ class Bus:
 class Player:
     """One run of the program."""
 
-    def __init__(self, directory, arguments, environment, name="player", program="tessel"):
+    def __init__(self, directory, arguments, environment, name="player", program="tessel",
+                 wrapper=()):
         self.directory = directory
         self.environment = environment
         self.log_path = os.path.join(directory, f"{name}.log")
         with open(self.log_path, "wb") as log:
-            self.process = Process([os.path.join(BIN, program), *arguments], env=environment,
+            self.process = Process([*wrapper, os.path.join(BIN, program), *arguments],
+                                   env=environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=log)
         self.child = self.process.child
 
@@ -439,14 +441,15 @@ class TestCase(unittest.TestCase):
         """Options that say where the program is shown."""
         return ["--headless"]
 
-    def start(self, *arguments, control=True, bus=None, log="info", program="tessel"):
+    def start(self, *arguments, control=True, bus=None, log="info", program="tessel",
+              wrapper=()):
         environment = dict(self.environment)
         if bus is not None:
             environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
         options = [*self.mode(), "--log", log, *(["--control"] if control else [])]
         self.players += 1
         player = Player(self.directory, [*options, *arguments], environment,
-                        f"player{self.players}", program)
+                        f"player{self.players}", program, wrapper)
         self.addCleanup(player.end)
         if control:
             player.wait_for_socket()

@@ -31,6 +31,11 @@ encode 320 180 90 30 $h264 -g 30 video_only.mp4
 encode 320 180 1 30 $h264 one_frame.mp4
 encode 320 180 30 30 $tone -t 1 $h264 $aac one_second.mp4
 
+# The same second in other orders: its index first, and no index but fragments.
+ffmpeg -nostdin -v error -y -i one_second.mp4 -c copy -movflags +faststart indexed_first.mp4
+ffmpeg -nostdin -v error -y -i one_second.mp4 -c copy \
+    -movflags frag_keyframe+empty_moov+default_base_moof fragmented.mp4
+
 # A minute, a keyframe each five seconds, to the millisecond: the step of the bezel depends on it.
 encode 320 180 1800 30 $h264 -g 150 -keyint_min 150 -video_track_timescale 30000 minute.mp4
 encode 320 180 1800 1800000/59999 $h264 -g 150 -keyint_min 150 -video_track_timescale 1800000 \
@@ -51,7 +56,10 @@ LC_ALL=C sed 's/avc1/zzz1/g' one_second.mp4 >unknown_video.mp4
 LC_ALL=C sed 's/mp4a/zz4a/g' one_second.mp4 >unknown_sound.mp4
 LC_ALL=C sed 's/avc1/zzz1/g; s/mp4a/zz4a/g' one_second.mp4 >unknown_both.mp4
 
-# Faults.
+# Faults. In the first, the index leads beyond the file.
+at=$(($(LC_ALL=C grep -abo stco video_only.mp4 | cut -d: -f1) + 12))
+cp video_only.mp4 lost_index.mp4
+printf '\177\377\377\377' | dd of=lost_index.mp4 bs=1 seek="$at" conv=notrunc status=none
 : >empty.mp4
 printf 'This is a text.\nIt is no video.\n' >text.mp4
 head -c 65536 /dev/zero >zeros.mp4
