@@ -20,18 +20,16 @@
  * descriptors), OUT_OF_MEMORY. A preparation that fails leaves the player IDLE; a fault later
  * leaves its state, after which it can only be stopped, unprepared or destroyed.
  *
- * These answer FEATURE_NOT_SUPPORTED_ON_DEVICE on this host: player_set_memory_buffer(),
- * player_set_streaming_cookie(), player_set_streaming_user_agent(),
- * player_get_streaming_download_progress(), player_set_progressive_download_path(),
- * player_get_progressive_download_status(), player_set_subtitle_path(),
- * player_set_subtitle_position_offset(), player_has_closed_caption(), player_set_rich_audio(),
- * player_enable_sync_handler(), player_set_media_packet_video_frame_decoded_cb(). Callbacks that
- * belong to them are accepted and never called.
+ * These answer FEATURE_NOT_SUPPORTED_ON_DEVICE on this host:
+ *  - player_set_rich_audio(): the effect is a part of the device's sound hardware;
+ *  - player_enable_sync_handler(): it ties the player to the device's own media session, which
+ *    nothing on a host corresponds to.
  */
 #ifndef PLAYER_H
 #define PLAYER_H
 
 #include <errno.h>
+#include <media_packet.h>
 #include <stdbool.h>
 
 #ifdef __cplusplus
@@ -39,7 +37,6 @@ extern "C" {
 #endif
 
 typedef struct player_s *player_h;
-typedef struct media_packet_s *media_packet_h;
 typedef void *player_display_h;
 
 /** The display of a window, as player_set_display() takes it. */
@@ -126,6 +123,7 @@ typedef void (*player_subtitle_updated_cb)(unsigned long duration, char *text, v
 /** @param detail  a description, valid during the call */
 typedef void (*player_missed_plugin_info_cb)(player_missed_plugin_type_e type, const char *detail,
                                              void *user_data);
+/** @param packet  valid during the call */
 typedef void (*player_media_packet_video_decoded_cb)(media_packet_h packet, void *user_data);
 /** @param data  RGB pixels, valid during the call; @param size  bytes */
 typedef void (*player_video_captured_cb)(unsigned char *data, int width, int height,
@@ -149,6 +147,8 @@ int player_unprepare(player_h player);
 /** IDLE. @param uri  a path, taken literally, or a URI with the scheme file, http, https or rtsp;
  *  copied. INVALID_URI: another scheme, malformed or empty; no medium is set then. */
 int player_set_uri(player_h player, const char *uri);
+/** IDLE. Takes the place of a URI. @param data  copied; @param size  bytes, 0 or more.
+ *  OUT_OF_MEMORY. */
 int player_set_memory_buffer(player_h player, const void *data, int size);
 int player_get_state(player_h player, player_state_e *state);
 /** Any state. @param left, right  0.0 to 1.0, linear, on top of the media volume */
@@ -197,14 +197,29 @@ int player_get_video_size(player_h player, int *width, int *height);
  *  VIDEO_CAPTURE_FAILED: there is none; as an error through the callback, when it can't be
  *  converted. */
 int player_capture_video(player_h player, player_video_captured_cb callback, void *user_data);
+/** IDLE, as the next. Goes with the requests of an http or https medium, from the next preparation
+ *  on. @param cookie  "name=value", copied; need not end in a zero; @param size  its bytes */
 int player_set_streaming_cookie(player_h player, const char *cookie, int size);
 int player_set_streaming_user_agent(player_h player, const char *user_agent, int size);
+/** PLAYING or PAUSED. The part of the medium that is there. @param[out] start, current  0 to 100
+ *  percent of the whole. INVALID_OPERATION: it isn't known. */
 int player_get_streaming_download_progress(player_h player, int *start, int *current);
+/** IDLE. An http or https medium in MP4 is kept in a file, from the next preparation on; the file
+ *  has this name only when it is whole. Other containers aren't kept. The path is copied; empty
+ *  ends it. Where the file can't be made or written, the playback fails with INVALID_OPERATION,
+ *  without space with FILE_NO_SPACE_ON_DEVICE. */
 int player_set_progressive_download_path(player_h player, const char *path);
+/** PLAYING or PAUSED. @param[out] current  bytes that are there; @param[out] total_size  of all.
+ *  INVALID_OPERATION: nothing is being kept. */
 int player_get_progressive_download_status(player_h player, unsigned long *current,
                                            unsigned long *total_size);
+/** Any state; from the next preparation on. @param path  a file of subtitles, copied; null: none.
+ *  NO_SUCH_FILE, INVALID_OPERATION: it can't be read. One that holds no subtitles shows none. The
+ *  medium ends when its last subtitle is due, if that is later. */
 int player_set_subtitle_path(player_h player, const char *path);
+/** PLAYING or PAUSED. @param millisecond  so much later, or earlier when below 0 */
 int player_set_subtitle_position_offset(player_h player, int millisecond);
+/** Prepared. @param[out] exist  whether a picture that was decoded so far carries captions */
 int player_has_closed_caption(player_h player, bool *exist);
 int player_set_rich_audio(player_h player);
 int player_enable_sync_handler(player_h player, bool enable);
@@ -221,13 +236,17 @@ int player_set_error_cb(player_h player, player_error_cb callback, void *user_da
 int player_unset_error_cb(player_h player);
 int player_set_buffering_cb(player_h player, player_buffering_cb callback, void *user_data);
 int player_unset_buffering_cb(player_h player);
+/** Called when the file of player_set_progressive_download_path() begins, and when it is whole. */
 int player_set_progressive_download_message_cb(player_h player, player_pd_message_cb callback,
                                                void *user_data);
 int player_unset_progressive_download_message_cb(player_h player);
+/** Called with each picture when its time has come, also a paused one; a slow callback holds the
+ *  video up. */
 int player_set_media_packet_video_frame_decoded_cb(player_h player,
                                                    player_media_packet_video_decoded_cb callback,
                                                    void *user_data);
 int player_unset_media_packet_video_frame_decoded_cb(player_h player);
+/** Called with each subtitle when its time has come, as UTF-8 without markup. */
 int player_set_subtitle_updated_cb(player_h player, player_subtitle_updated_cb callback,
                                    void *user_data);
 int player_unset_subtitle_updated_cb(player_h player);

@@ -18,6 +18,11 @@ public:
     }
     void reset() { set(nullptr, nullptr); }
 
+    [[nodiscard]] bool is_set() const {
+        const std::lock_guard lock(mutex_);
+        return function_ != nullptr;
+    }
+
     void operator()(Arguments... arguments) {
         const std::lock_guard lock(mutex_);
         if (function_ != nullptr) {
@@ -26,7 +31,7 @@ public:
     }
 
 private:
-    std::recursive_mutex mutex_;
+    mutable std::recursive_mutex mutex_;
     Function function_ = nullptr;
     void *user_data_ = nullptr;
 };

@@ -48,6 +48,9 @@ MediaPlayer::~MediaPlayer() {
     error.reset();
     buffering.reset();
     missed_plugin.reset();
+    download_message.reset();
+    subtitle.reset();
+    picture.reset();
     thread_.run([this] { close_playback(); });
     video_->clear();
     drop_display();
@@ -105,10 +108,10 @@ int MediaPlayer::prepare_async(player_prepared_cb callback, void *user_data) {
     if (result != PLAYER_ERROR_NONE) {
         return result;
     }
-    thread_.post([this, source = *source_, callback, user_data] {
+    thread_.post([this, source = *source_, settings = settings_, callback, user_data] {
         prepared_ = callback;
         prepared_data_ = user_data;
-        open_playback(source);
+        open_playback(source, settings);
     });
     return PLAYER_ERROR_NONE;
 }
@@ -119,9 +122,9 @@ int MediaPlayer::prepare() {
         return result;
     }
     std::promise<int> answer;
-    thread_.post([this, &answer, source = *source_] {
+    thread_.post([this, &answer, source = *source_, settings = settings_] {
         prepare_answer_ = &answer;
-        open_playback(source);
+        open_playback(source, settings);
     });
     return answer.get_future().get();
 }
@@ -138,7 +141,7 @@ int MediaPlayer::unprepare() {
     return PLAYER_ERROR_NONE;
 }
 
-void MediaPlayer::open_playback(const MediaSource &source) {
+void MediaPlayer::open_playback(const MediaSource &source, const StreamSettings &settings) {
     wait_for_warm_up();
     StreamVolume volume;
     {
@@ -152,7 +155,8 @@ void MediaPlayer::open_playback(const MediaSource &source) {
             }
         });
     };
-    playback_ = std::make_unique<Playback>(source, volume, video_, thread_, forward, *this);
+    playback_ = std::make_unique<Playback>(
+        Playback::Setup{source, volume, video_, settings, taps()}, thread_, forward, *this);
     playback_->prepare();
 }
 
@@ -482,6 +486,10 @@ void MediaPlayer::on_codec(bool video, const std::string &name) {
 
 void MediaPlayer::on_buffering(int percent) {
     buffering(percent);
+}
+
+void MediaPlayer::on_download(player_pd_message_type_e type) {
+    download_message(type);
 }
 
 void MediaPlayer::on_missed_plugin(player_missed_plugin_type_e type, const std::string &detail) {

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "player/callback_slot.h"
 #include "player/media_source.h"
@@ -33,6 +34,12 @@ public:
     MediaPlayer &operator=(const MediaPlayer &) = delete;
 
     int set_uri(const char *uri);
+    int set_memory_buffer(const void *data, int size);
+    int set_cookie(std::string_view cookie);
+    int set_user_agent(std::string_view user_agent);
+    int set_download_path(const char *path);
+    int set_subtitle_path(const char *path);
+    int set_subtitle_offset(int milliseconds);
     int prepare();
     int prepare_async(player_prepared_cb callback, void *user_data);
     int unprepare();
@@ -51,6 +58,9 @@ public:
     int get_duration(int &duration_ms) const;
     int get_video_size(PixelSize &size) const;
     int get_codecs(std::string &audio, std::string &video) const;
+    int get_buffered(int &from_percent, int &to_percent) const;
+    int get_download(unsigned long &bytes, unsigned long &total_bytes) const;
+    int has_captions(bool &exist) const;
     int capture(player_video_captured_cb callback, void *user_data);
 
     int set_display(player_display_type_e type, player_display_h display);
@@ -67,6 +77,9 @@ public:
     CallbackSlot<int> error;
     CallbackSlot<int> buffering;
     CallbackSlot<player_missed_plugin_type_e, const char *> missed_plugin;
+    CallbackSlot<player_pd_message_type_e> download_message;
+    CallbackSlot<unsigned long, char *> subtitle;
+    CallbackSlot<media_packet_h> picture;
 
 private:
     /// What the main loop and the player's thread both know.
@@ -93,13 +106,17 @@ private:
     void on_codec(bool video, const std::string &name) override;
     void on_buffering(int percent) override;
     void on_missed_plugin(player_missed_plugin_type_e type, const std::string &detail) override;
+    void on_download(player_pd_message_type_e type) override;
     void on_seek_done() override;
     void on_settled() override;
     void on_completed() override;
     void on_fault(const PlaybackFault &fault) override;
 
+    int change_setting(std::string StreamSettings::*setting, std::string_view value);
+    [[nodiscard]] std::shared_ptr<Pipeline> playing_pipeline(int &result) const;
+    [[nodiscard]] StreamTaps taps();
     int begin_preparing();
-    void open_playback(const MediaSource &source);
+    void open_playback(const MediaSource &source, const StreamSettings &settings);
     void close_playback();
     void complete_seeks();
     void start_next_seek();
@@ -112,6 +129,7 @@ private:
 
     // Main loop.
     std::optional<MediaSource> source_;
+    StreamSettings settings_;
     mutable int last_position_ = 0;
     Evas_Object *display_ = nullptr;
     std::unique_ptr<ImagePlane> image_plane_;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gio/gio.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -110,6 +111,28 @@ std::optional<MediaSource> MediaSource::parse(std::string_view given, std::strin
         return std::nullopt;
     }
     source.uri_ = uri.get();
+    return source;
+}
+
+std::optional<MediaSource> MediaSource::from_memory(const void *data, std::size_t size) {
+    UniqueFd memory(memfd_create("medium", MFD_CLOEXEC));
+    const auto *bytes = static_cast<const char *>(data);
+    while (memory && size > 0) {
+        const ssize_t written = write(memory.get(), bytes, size);
+        if (written <= 0) {
+            return std::nullopt;
+        }
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    if (!memory) {
+        return std::nullopt;
+    }
+    MediaSource source;
+    source.given_ = "a medium in memory";
+    source.path_ = "/proc/self/fd/" + std::to_string(memory.get());
+    source.uri_ = "file://" + source.path_;
+    source.memory_ = std::make_shared<UniqueFd>(std::move(memory));
     return source;
 }
 

@@ -2,10 +2,12 @@
 
 #include <sys/types.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "common/unique_fd.h"
 #include "player/playback_fault.h"
 
 namespace host {
@@ -16,6 +18,9 @@ public:
     /// A path, taken literally, or a URI of a scheme that is opened.
     /// @param[out] why  the reason of a refusal, in a few words
     [[nodiscard]] static std::optional<MediaSource> parse(std::string_view given, std::string &why);
+
+    /// A copy of what is in memory. None when there is no room for it.
+    [[nodiscard]] static std::optional<MediaSource> from_memory(const void *data, std::size_t size);
 
     [[nodiscard]] const std::string &given() const { return given_; }
     [[nodiscard]] const std::string &uri() const { return uri_; }
@@ -36,6 +41,7 @@ private:
     std::string uri_;
     std::string path_;  ///< empty for a stream
     off_t size_ = 0;
+    std::shared_ptr<const UniqueFd> memory_;  ///< keeps a medium that is in memory
 };
 
 }  // namespace host

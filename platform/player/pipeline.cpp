@@ -4,20 +4,24 @@
 #include <gst/video/video.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
 #include "player/decoder_tuning.h"
+#include "player/subtitles.h"
 
 namespace host {
 namespace {
 
-/// Of playbin's flags: what the outputs do themselves is left out, and so are texts.
+/// Of playbin's flags: what the outputs do themselves is left out.
 enum PlaybinFlag : unsigned {
     kVideo = 1U << 0,
     kAudio = 1U << 1,
+    kText = 1U << 2,
     kNativeAudio = 1U << 5,
     kNativeVideo = 1U << 6,
+    kDownload = 1U << 7,
     kBuffering = 1U << 8,
 };
 
@@ -25,13 +29,6 @@ enum PlaybinFlag : unsigned {
 constexpr gint64 kMaxLatenessNs = 20 * GST_MSECOND;
 /// Seconds without an answer after which the source itself gives up.
 constexpr guint kSourceTimeoutS = 20;
-
-GstFlowReturn take_sample(VideoOutput &video, GstSample *sample) {
-    if (sample != nullptr) {
-        video.take(GstMiniPtr<GstSample>(sample));
-    }
-    return GST_FLOW_OK;
-}
 
 /// "rotate-90", "flip-rotate-270" and the like, as media carry them.
 Orientation orientation_of(const gchar *tag) {
@@ -89,7 +86,10 @@ int nearest_ms(gint64 nanoseconds) {
 
 }  // namespace
 
-Pipeline::Pipeline(Setup setup) : setup_(std::move(setup)) {
+Pipeline::Pipeline(Setup setup)
+    : setup_(std::move(setup)),
+      download_(setup_.settings.download_path,
+                [this](Download::Event event) { tell_download(event); }) {
     build();
 }
 
@@ -123,12 +123,43 @@ void Pipeline::build() {
     }
     sound_->set_volume(setup_.volume);
     playbin_ = std::move(playbin);
-    const unsigned flags =
-        kVideo | kAudio | kNativeAudio | kNativeVideo | (setup_.remote ? kBuffering : 0U);
+    const unsigned flags = kVideo | kAudio | kNativeAudio | kNativeVideo |
+                           (setup_.remote ? kBuffering : 0U) |
+                           (setup_.remote && download_.wanted() ? kDownload : 0U);
     g_object_set(playbin_.get(), "uri", setup_.uri.c_str(), "flags", flags, "video-sink",
                  video_sink_.get(), "audio-sink", sound_->element(), nullptr);
     connect_sinks();
+    connect_subtitles();
     connect_signals();
+}
+
+void Pipeline::connect_subtitles() {
+    const StreamSettings &settings = setup_.settings;
+    if (settings.subtitle_path.empty()) {
+        return;
+    }
+    const GText uri(gst_filename_to_uri(settings.subtitle_path.c_str(), nullptr));
+    subtitles_ = make_subtitle_output(setup_.taps);
+    if (!uri || !subtitles_) {
+        return;
+    }
+    host::set_subtitle_offset(subtitles_.get(), settings.subtitle_offset_ms);
+    unsigned flags = 0;
+    g_object_get(playbin_.get(), "flags", &flags, nullptr);
+    g_object_set(playbin_.get(), "suburi", uri.get(), "flags", flags | kText, "text-sink",
+                 subtitles_.get(), nullptr);
+}
+
+void Pipeline::take_sample(GstSample *sample) {
+    if (sample == nullptr) {
+        return;
+    }
+    GstMiniPtr<GstSample> owned(sample);
+    if (gst_buffer_get_video_caption_meta(gst_sample_get_buffer(sample)) != nullptr) {
+        has_captions_ = true;
+    }
+    setup_.taps.picture(sample);
+    setup_.video->take(std::move(owned));
 }
 
 void Pipeline::connect_sinks() {
@@ -138,15 +169,15 @@ void Pipeline::connect_sinks() {
     g_object_set(sink, "caps", caps.get(), "sync", TRUE, "qos", TRUE, "max-lateness",
                  kMaxLatenessNs, "enable-last-sample", FALSE, "wait-on-eos", FALSE, nullptr);
     GstAppSinkCallbacks callbacks{};
-    callbacks.new_preroll = [](GstAppSink *from, gpointer video) {
-        return take_sample(*static_cast<VideoOutput *>(video),
-                           gst_app_sink_try_pull_preroll(from, 0));
+    callbacks.new_preroll = [](GstAppSink *from, gpointer pipeline) {
+        static_cast<Pipeline *>(pipeline)->take_sample(gst_app_sink_try_pull_preroll(from, 0));
+        return GST_FLOW_OK;
     };
-    callbacks.new_sample = [](GstAppSink *from, gpointer video) {
-        return take_sample(*static_cast<VideoOutput *>(video),
-                           gst_app_sink_try_pull_sample(from, 0));
+    callbacks.new_sample = [](GstAppSink *from, gpointer pipeline) {
+        static_cast<Pipeline *>(pipeline)->take_sample(gst_app_sink_try_pull_sample(from, 0));
+        return GST_FLOW_OK;
     };
-    gst_app_sink_set_callbacks(sink, &callbacks, setup_.video.get(), nullptr);
+    gst_app_sink_set_callbacks(sink, &callbacks, this, nullptr);
     const GstObjectPtr<GstPad> pad(gst_element_get_static_pad(video_sink_.get(), "sink"));
     gst_pad_add_probe(pad.get(),
                       static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
@@ -182,6 +213,12 @@ void Pipeline::set_volume(const StreamVolume &volume) {
     sound_->set_volume(volume);
 }
 
+void Pipeline::set_subtitle_offset(int milliseconds) {
+    if (subtitles_) {
+        host::set_subtitle_offset(subtitles_.get(), milliseconds);
+    }
+}
+
 void Pipeline::recalculate_latency() {
     gst_bin_recalculate_latency(GST_BIN(playbin_.get()));
 }
@@ -205,6 +242,10 @@ std::optional<int> Pipeline::duration_ms() const {
 std::optional<int> Pipeline::reached_ms() const {
     // No value is less than any.
     return std::max(video_watch_.reached_ms(), sound_watch_.reached_ms());
+}
+
+bool Pipeline::has_data() const {
+    return video_watch_.buffers() + sound_watch_.buffers() > 0;
 }
 
 bool Pipeline::seekable() const {
@@ -259,6 +300,18 @@ std::optional<Pipeline::Clock::time_point> Pipeline::last_data() const {
     return Clock::time_point(Clock::duration(ticks));
 }
 
+std::optional<std::pair<int, int>> Pipeline::buffered_percents() const {
+    constexpr gint64 kOnePercent = GST_FORMAT_PERCENT_SCALE;
+    const GstMiniPtr<GstQuery> query(gst_query_new_buffering(GST_FORMAT_PERCENT));
+    gint64 from = 0;
+    gint64 to = 0;
+    if (!gst_element_query(playbin_.get(), query.get())) {
+        return std::nullopt;
+    }
+    gst_query_parse_buffering_range(query.get(), nullptr, &from, &to, nullptr);
+    return std::pair(static_cast<int>(from / kOnePercent), static_cast<int>(to / kOnePercent));
+}
+
 std::uint64_t Pipeline::frames_decoded() const {
     return video_watch_.buffers();
 }
@@ -293,6 +346,7 @@ void Pipeline::handle_source(GstElement *, GstElement *source, gpointer pipeline
     if (has_property(source, "retries") && has_property(source, "timeout")) {
         g_object_set(source, "timeout", kSourceTimeoutS, "retries", 0, nullptr);
     }
+    self->introduce(source);
     const GstObjectPtr<GstPad> pad(gst_element_get_static_pad(source, "src"));
     if (pad) {
         gst_pad_add_probe(pad.get(),
@@ -302,8 +356,30 @@ void Pipeline::handle_source(GstElement *, GstElement *source, gpointer pipeline
     }
 }
 
-void Pipeline::handle_element(GstBin *, GstBin *, GstElement *element, gpointer) {
+void Pipeline::introduce(GstElement *source) const {
+    const StreamSettings &settings = setup_.settings;
+    if (!settings.user_agent.empty() && has_property(source, "user-agent")) {
+        g_object_set(source, "user-agent", settings.user_agent.c_str(), nullptr);
+    }
+    if (!settings.cookie.empty() && has_property(source, "cookies")) {
+        const std::array<const char *, 2> cookies = {settings.cookie.c_str(), nullptr};
+        g_object_set(source, "cookies", cookies.data(), nullptr);
+    }
+}
+
+void Pipeline::handle_element(GstBin *, GstBin *, GstElement *element, gpointer pipeline) {
     tune_if_video_decoder(element);
+    auto *self = static_cast<Pipeline *>(pipeline);
+    self->download_.take(element);
+}
+
+void Pipeline::tell_download(Download::Event event) {
+    const std::lock_guard lock(entry_mutex_);
+    if (setup_.on_message) {
+        setup_.on_message(GstMiniPtr<GstMessage>(gst_message_new_element(
+            nullptr, gst_structure_new(kDownloadMessage, kDownloadEvent, G_TYPE_INT,
+                                       static_cast<int>(event), nullptr))));
+    }
 }
 
 GstPadProbeReturn Pipeline::watch_source(GstPad *, GstPadProbeInfo *, gpointer pipeline) {

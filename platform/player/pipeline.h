@@ -10,10 +10,13 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "player/display_geometry.h"
+#include "player/download.h"
 #include "player/gst_ptr.h"
 #include "player/sound_stream.h"
+#include "player/stream_settings.h"
 #include "player/stream_watch.h"
 #include "player/video_output.h"
 
@@ -26,6 +29,9 @@ namespace host {
 class Pipeline {
 public:
     using Clock = std::chrono::steady_clock;
+    /// An element message with a Download::Event, as a number.
+    static constexpr char kDownloadMessage[] = "download";
+    static constexpr char kDownloadEvent[] = "event";
     using MessageHandler = std::function<void(GstMiniPtr<GstMessage>)>;
 
     struct Setup {
@@ -34,6 +40,8 @@ public:
         const char *sound_output = nullptr;
         StreamVolume volume;
         std::shared_ptr<VideoOutput> video;
+        StreamSettings settings;
+        StreamTaps taps;
         MessageHandler on_message;  ///< any thread; not after shut_down() has returned
     };
 
@@ -52,12 +60,15 @@ public:
     /// keyframe beside the target, the nearest where the container's demuxer can tell.
     [[nodiscard]] bool seek(int target_ms, bool accurate, double rate);
     void set_volume(const StreamVolume &volume);
+    void set_subtitle_offset(int milliseconds);
     void recalculate_latency();
 
     [[nodiscard]] std::optional<int> position_ms() const;
     [[nodiscard]] std::optional<int> duration_ms() const;
     /// How far into the medium its last pictures and sounds reached.
     [[nodiscard]] std::optional<int> reached_ms() const;
+    /// Whether a picture or a sound has come to an output.
+    [[nodiscard]] bool has_data() const;
     [[nodiscard]] bool seekable() const;
     /// Size of the decoded picture with square pixels; none without video.
     [[nodiscard]] std::optional<PixelSize> video_size() const;
@@ -66,6 +77,11 @@ public:
     [[nodiscard]] bool found_nothing() const;
     /// Whether the message comes from the sound output.
     [[nodiscard]] bool from_sound(GstMessage *message) const;
+    /// Whether a picture so far has carried closed captions.
+    [[nodiscard]] bool has_captions() const { return has_captions_; }
+    /// The part of the medium that is there, in percent: from, to; none where it isn't known.
+    [[nodiscard]] std::optional<std::pair<int, int>> buffered_percents() const;
+    [[nodiscard]] const Download &download() const { return download_; }
     /// When the source gave data last; none before the first.
     [[nodiscard]] std::optional<Clock::time_point> last_data() const;
 
@@ -75,6 +91,10 @@ public:
 private:
     void build();
     void connect_sinks();
+    void connect_subtitles();
+    void take_sample(GstSample *sample);
+    void introduce(GstElement *source) const;
+    void tell_download(Download::Event event);
     void connect_signals();
     [[nodiscard]] std::optional<int> query_ms(gboolean (*query)(GstElement *, GstFormat,
                                                                 gint64 *)) const;
@@ -91,6 +111,9 @@ private:
     GstObjectPtr<GstElement> playbin_;
     GstObjectPtr<GstElement> video_sink_;
     std::unique_ptr<SoundStream> sound_;
+    GstObjectPtr<GstElement> subtitles_;  ///< null without
+    Download download_;
+    std::atomic<bool> has_captions_ = false;
     StreamWatch video_watch_;
     StreamWatch sound_watch_;
     std::atomic<Clock::rep> last_data_ = 0;  ///< ticks of the clock; 0 before the first

@@ -49,11 +49,12 @@ std::optional<player_missed_plugin_type_e> missed_type(GstMessage *message) {
 
 }  // namespace
 
-Playback::Playback(MediaSource source, StreamVolume volume, std::shared_ptr<VideoOutput> video,
-                   TaskThread &thread, Forward forward, PlaybackListener &listener)
-    : source_(std::move(source)),
-      volume_(volume),
-      video_(std::move(video)),
+Playback::Playback(Setup setup, TaskThread &thread, Forward forward, PlaybackListener &listener)
+    : source_(std::move(setup.source)),
+      volume_(setup.volume),
+      video_(std::move(setup.video)),
+      settings_(std::move(setup.settings)),
+      taps_(std::move(setup.taps)),
       thread_(thread),
       forward_(std::move(forward)),
       listener_(listener) {}
@@ -96,6 +97,8 @@ void Playback::open(const char *sound_output) {
         .sound_output = sound_output,
         .volume = volume_,
         .video = video_,
+        .settings = settings_,
+        .taps = taps_,
         .on_message = on_message,
     });
     if (!pipeline_->complete()) {
@@ -195,7 +198,6 @@ void Playback::apply_state() {
 
 void Playback::seek(const SeekRequest &request, double rate) {
     rate_ = rate;
-    sought_ = true;
     int target = request.target_ms;
     if (request.accurate && duration_ms_ > 0) {
         target = std::min(target, std::max(0, duration_ms_ - kBeforeEndMs));
@@ -212,6 +214,13 @@ void Playback::set_volume(const StreamVolume &volume) {
     volume_ = volume;
     if (pipeline_) {
         pipeline_->set_volume(volume);
+    }
+}
+
+void Playback::set_subtitle_offset(int milliseconds) {
+    settings_.subtitle_offset_ms = milliseconds;
+    if (pipeline_) {
+        pipeline_->set_subtitle_offset(milliseconds);
     }
 }
 
@@ -264,6 +273,13 @@ void Playback::handle_async_done() {
 }
 
 void Playback::finish_preparing() {
+    // A stream that begins with its end counts as prepared, too.
+    if (!live_ && !pipeline_->has_data()) {
+        const bool memory = lacks_memory();
+        fail({memory ? PLAYER_ERROR_OUT_OF_MEMORY : PLAYER_ERROR_NOT_SUPPORTED_FILE,
+              memory ? kNoMemory : "nothing of the medium could be read"});
+        return;
+    }
     prepared_ = true;
     duration_ms_ = pipeline_->duration_ms().value_or(0);
     MediaFacts facts;
@@ -277,10 +293,6 @@ void Playback::finish_preparing() {
 void Playback::handle_end() {
     if (lacks_memory()) {
         fail({PLAYER_ERROR_OUT_OF_MEMORY, kNoMemory});
-        return;
-    }
-    if (duration_ms_ > 0 && !pipeline_->reached_ms() && !sought_) {
-        fail({PLAYER_ERROR_NOT_SUPPORTED_FILE, "nothing of the medium could be read"});
         return;
     }
     const int reached = pipeline_->reached_ms().value_or(duration_ms_);
@@ -321,6 +333,10 @@ void Playback::handle_tags(GstMessage *message) {
 }
 
 void Playback::handle_element(GstMessage *message) {
+    if (gst_message_has_name(message, Pipeline::kDownloadMessage)) {
+        handle_download(message);
+        return;
+    }
     if (!gst_is_missing_plugin_message(message)) {
         return;
     }
@@ -333,6 +349,25 @@ void Playback::handle_element(GstMessage *message) {
     // Before that it may yet turn out that nothing of the medium can be played.
     if (prepared_) {
         report_missed();
+    }
+}
+
+void Playback::handle_download(GstMessage *message) {
+    gint event = 0;
+    gst_structure_get_int(gst_message_get_structure(message), Pipeline::kDownloadEvent, &event);
+    switch (static_cast<Download::Event>(event)) {
+    case Download::Event::begun:
+        listener_.on_download(PLAYER_PD_STARTED);
+        break;
+    case Download::Event::complete:
+        listener_.on_download(PLAYER_PD_COMPLETED);
+        break;
+    case Download::Event::no_space:
+        fail({PLAYER_ERROR_FILE_NO_SPACE_ON_DEVICE, "there is no room for the download"});
+        break;
+    case Download::Event::not_writable:
+        fail({PLAYER_ERROR_INVALID_OPERATION, "the file of the download can't be written"});
+        break;
     }
 }
 

@@ -36,6 +36,7 @@ public:
     virtual void on_codec(bool video, const std::string &name) = 0;
     virtual void on_buffering(int percent) = 0;
     virtual void on_missed_plugin(player_missed_plugin_type_e type, const std::string &detail) = 0;
+    virtual void on_download(player_pd_message_type_e type) = 0;
     virtual void on_seek_done() = 0;
     /// Nothing is under way any more: a waiting seek may start.
     virtual void on_settled() = 0;
@@ -52,8 +53,16 @@ public:
     /// comes from. Any thread.
     using Forward = std::function<void(unsigned pipeline, GstMiniPtr<GstMessage> message)>;
 
-    Playback(MediaSource source, StreamVolume volume, std::shared_ptr<VideoOutput> video,
-             TaskThread &thread, Forward forward, PlaybackListener &listener);
+    /// What a playback starts from.
+    struct Setup {
+        MediaSource source;
+        StreamVolume volume;
+        std::shared_ptr<VideoOutput> video;
+        StreamSettings settings;
+        StreamTaps taps;
+    };
+
+    Playback(Setup setup, TaskThread &thread, Forward forward, PlaybackListener &listener);
     ~Playback();
     Playback(const Playback &) = delete;
     Playback &operator=(const Playback &) = delete;
@@ -68,6 +77,7 @@ public:
     /// Ends in on_seek_done(), also when it failed and then also from inside this call.
     void seek(const SeekRequest &request, double rate);
     void set_volume(const StreamVolume &volume);
+    void set_subtitle_offset(int milliseconds);
     /// The medium as it was named.
     [[nodiscard]] const std::string &given() const { return source_.given(); }
 
@@ -83,6 +93,7 @@ private:
     void handle_buffering(GstMessage *message);
     void handle_tags(GstMessage *message);
     void handle_element(GstMessage *message);
+    void handle_download(GstMessage *message);
     void handle_progress(GstMessage *message);
     void handle_clock_lost();
     void finish_preparing();
@@ -104,6 +115,8 @@ private:
     MediaSource source_;
     StreamVolume volume_;
     std::shared_ptr<VideoOutput> video_;
+    StreamSettings settings_;
+    StreamTaps taps_;
     TaskThread &thread_;
     Forward forward_;
     PlaybackListener &listener_;
@@ -116,7 +129,6 @@ private:
     bool live_ = false;
     bool sound_lost_ = false;
     bool found_nothing_ = false;
-    bool sought_ = false;
     unsigned failed_allocations_before_ = 0;
     bool playing_ = false;  ///< as asked for
     GstState asked_ = GST_STATE_NULL;

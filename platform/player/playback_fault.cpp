@@ -32,7 +32,8 @@ int code_of_resource_error(GstMessage *message, int code, bool remote) {
         return status == kHttpNotFound || status == kHttpGone ? PLAYER_ERROR_NO_SUCH_FILE
                                                               : PLAYER_ERROR_INVALID_OPERATION;
     }
-    return PLAYER_ERROR_INVALID_OPERATION;
+    return code == GST_RESOURCE_ERROR_NO_SPACE_LEFT ? PLAYER_ERROR_FILE_NO_SPACE_ON_DEVICE
+                                                    : PLAYER_ERROR_INVALID_OPERATION;
 }
 
 bool redirects(GstMessage *message) {

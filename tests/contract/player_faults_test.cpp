@@ -222,10 +222,7 @@ TEST_F(PlayerFaults, DamagedBeyondPlaying) {
 }
 
 TEST_F(PlayerFaults, AnIndexThatLeadsNowhere) {
-    start(clip("lost_index.mp4"));
-    EXPECT_TRUE(wait_for_error());
-    EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_NOT_SUPPORTED_FILE});
-    EXPECT_EQ(seams::completions(), 0);
+    expect_fault(clip("lost_index.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
 }
 
 TEST_F(PlayerFaults, Folder) {

@@ -5,6 +5,7 @@
 # start at 0 in each clip; the clips run at 30 pictures a second where nothing else is said.
 set -eu
 
+recipe=$(realpath "$0")
 folder=$1
 pictures=$2
 mkdir -p "$folder"
@@ -55,6 +56,11 @@ encode 160 180 60 30 -vf setsar=2/1 $h264 wide_pixels.mp4
 LC_ALL=C sed 's/avc1/zzz1/g' one_second.mp4 >unknown_video.mp4
 LC_ALL=C sed 's/mp4a/zz4a/g' one_second.mp4 >unknown_sound.mp4
 LC_ALL=C sed 's/avc1/zzz1/g; s/mp4a/zz4a/g' one_second.mp4 >unknown_both.mp4
+
+# Closed captions beside the pictures.
+ffmpeg -nostdin -v error -i video_only.mp4 -c copy -bsf:v h264_mp4toannexb -f h264 - |
+    python3 "$(dirname "$recipe")/add-captions.py" |
+    ffmpeg -nostdin -v error -y -r 30 -f h264 -i - -c copy captions.mp4
 
 # Faults. In the first, the index leads beyond the file.
 at=$(($(LC_ALL=C grep -abo stco video_only.mp4 | cut -d: -f1) + 12))

@@ -1,0 +1,117 @@
+"""What comes over a network: served by this machine to itself."""
+
+import os
+import subprocess
+
+import e2e
+import media_server
+
+CLIP = "h264_aac.mp4"
+CLIP_MS = 10_000
+# Debian's own interpreter, which has GStreamer's libraries.
+SYSTEM_PYTHON = "/usr/bin/python3"
+
+
+class Streams(e2e.TestCase):
+    def setUp(self):
+        super().setUp()
+        self.folder = os.path.join(self.directory, "served")
+        os.makedirs(self.folder)
+        media_server.copy_into(self.folder, e2e.clip(CLIP), e2e.clip("one_second.mp4"))
+        self.server = media_server.MediaServer(self.folder)
+        self.addCleanup(self.server.end)
+
+    def start_stream(self, address):
+        player = self.start(address)
+        player.wait("player==playing")
+        return player
+
+    def stream(self, path):
+        return self.start_stream(self.server.address(path))
+
+    def seek_forward(self, player):
+        """One detent is five seconds."""
+        before = player.state()["position"]
+        self.turn(player, 1)
+        player.wait(f"position>={before + 4000} && player==playing")
+
+    def percents(self, player):
+        return [line.text for line in player.log() if line.text.startswith("Buffering: [")]
+
+    def test_with_ranges_it_can_be_sought_in(self):
+        player = self.stream(f"plain/{CLIP}")
+        state = player.wait("position>=500")
+        self.assertAlmostEqual(state["duration"], CLIP_MS, delta=100)
+        self.seek_forward(player)
+        player.expect_exit(0)
+        self.assertTrue(any("Range" in headers for _, headers in self.server.requests()))
+
+    def test_buffering_is_reported(self):
+        player = self.stream(f"plain/{CLIP}")
+        player.wait("position>=200")
+        self.assertIn("Buffering: [100 %]", self.percents(player))
+        player.control("quit")
+        player.expect_exit(0)
+
+    def test_without_ranges_it_plays_to_its_end(self):
+        player = self.stream("no-ranges/one_second.mp4")
+        player.expect_exit(0)
+
+    def test_without_ranges_the_bezel_ends_nothing(self):
+        player = self.stream(f"no-ranges/{CLIP}")
+        player.wait("position>=300")
+        self.turn(player, 1)
+        position = player.wait("player==playing")["position"]
+        player.wait(f"position>{position}")
+        player.control("quit")
+        player.expect_exit(0)
+
+    def test_live_it_plays_until_it_is_ended(self):
+        player = self.stream(f"live/{CLIP}")
+        position = player.wait("position>=200")["position"]
+        player.wait(f"position>={position + 1500}")
+        player.control("quit")
+        player.expect_exit(0)
+
+    def test_a_playlist_plays_and_can_be_sought_in(self):
+        media_server.make_hls(e2e.clip(CLIP), os.path.join(self.folder, "hls"))
+        player = self.stream("plain/hls/list.m3u8")
+        state = player.wait("position>=300")
+        self.assertAlmostEqual(state["duration"], CLIP_MS, delta=300)
+        self.seek_forward(player)
+        player.expect_exit(0)
+
+    def test_a_camera_plays(self):
+        camera = e2e.Process([SYSTEM_PYTHON, os.path.join(os.path.dirname(__file__) or ".",
+                                                          "rtsp_server.py"), e2e.clip(CLIP)],
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(camera.child.stdout.close)
+        self.addCleanup(camera.end)
+        address = camera.child.stdout.readline().strip()
+        self.assertTrue(address.startswith("rtsp://"), "the camera did not start")
+        player = self.start_stream(address)
+        position = player.wait("position>=100")["position"]
+        player.wait(f"position>={position + 1500}")
+        self.assertGreater(player.state()["frames"]["shown"], 0)
+        player.control("quit")
+        player.expect_exit(0)
+
+    def test_a_stalled_stream_can_be_paused_and_goes_on_when_data_comes(self):
+        player = self.stream(f"stall/{CLIP}")
+        e2e.wait_until(lambda: self.stands_still(player), "the stall")
+        self.press(player, "video/pause")
+        player.wait("player==paused")
+        self.press(player, "video/play")
+        player.wait("player==playing")
+        position = player.state()["position"]
+        self.server.go_on.set()
+        player.wait(f"position>={position + 1000}")
+        player.expect_exit(0)
+
+    def stands_still(self, player):
+        reports = self.percents(player)
+        return "Buffering: [100 %]" in reports and reports[-1] != "Buffering: [100 %]"
+
+
+if __name__ == "__main__":
+    e2e.main()
