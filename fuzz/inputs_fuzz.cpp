@@ -38,7 +38,7 @@ std::string launch(const std::string &text) {
         G_VARIANT_TYPE_VARDICT, text.data(), text.size(), FALSE, nullptr, nullptr)));
     const host::GVariantPtr normal(g_variant_get_normal_form(message.get()));
     const host::AppControlPtr request = host::request_from_variant(normal.get());
-    return named ? "named" : why.substr(0, why.find(' ', 12));
+    return named && request ? "named" : "refused";
 }
 
 std::string options(const std::string &text) {

@@ -48,7 +48,7 @@ public:
     /// @return whether a change was made there
     bool mutate(std::string &data, const std::vector<Region> &regions) {
         bool in_region = false;
-        const std::size_t changes = 1 + below(6);
+        const std::size_t changes = 1 + below(3);
         for (std::size_t index = 0; index < changes && !data.empty(); ++index) {
             Region part{0, data.size()};
             if (!regions.empty() && below(4) != 0) {
