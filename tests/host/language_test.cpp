@@ -86,6 +86,25 @@ TEST_F(Language, WidgetsAreTranslatedAnew) {
     evas_object_del(window);
 }
 
+// The lookup's answer to an empty text is the header of the catalogue.
+TEST_F(Language, AnEmptyTextStaysEmpty) {
+    Evas_Object *window = elm_win_add(nullptr, "test", ELM_WIN_BASIC);
+    Evas_Object *label = elm_label_add(window);
+    const auto text = [label] {
+        const char *found = elm_object_text_get(label);
+        return std::string(found != nullptr ? found : "");
+    };
+    elm_object_domain_translatable_text_set(label, "tessel", "");
+    elm_language_set("fr_FR");
+    EXPECT_EQ(text(), "");
+    elm_object_domain_translatable_text_set(label, "tessel", "IDS_TEST_HELLO");
+    EXPECT_EQ(text(), "Bonjour");
+    elm_object_domain_translatable_text_set(label, "tessel", "");
+    elm_language_set("en_US");
+    EXPECT_EQ(text(), "");
+    evas_object_del(window);
+}
+
 TEST_F(Language, WidgetsFollowItsDirection) {
     Evas_Object *window = elm_win_add(nullptr, "test", ELM_WIN_BASIC);
     Evas_Object *button = elm_button_add(window);
