@@ -435,6 +435,8 @@ class TestCase(unittest.TestCase):
             path = os.path.join(self.directory, folder)
             os.makedirs(path, mode=0o700)
             self.environment[name] = path
+        # Looking at every plug-in of the machine takes longer than most tests.
+        self.environment["GST_REGISTRY"] = os.path.join(MEDIA, "gstreamer-registry.bin")
         self.players = 0
 
     def mode(self):
