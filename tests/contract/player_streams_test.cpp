@@ -120,6 +120,7 @@ protected:
 TEST_F(PlayerSubtitles, ComeWhenTheyAreDueWithoutMarkup) {
     ASSERT_EQ(player_set_subtitle_path(player_, path_.c_str()), PLAYER_ERROR_NONE);
     play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
     EXPECT_EQ(texts_, (std::vector<std::string>{"The first & only", "The second",
                                                 "The third, with room for a longer text"}));
     EXPECT_EQ(durations_, (std::vector<unsigned long>{300, 200, 50}));
@@ -137,6 +138,7 @@ TEST_F(PlayerSubtitles, AnOffsetMakesThemLater) {
         const std::lock_guard lock(mutex_);
         return texts_.size() >= 2;
     }));
+    const std::lock_guard lock(mutex_);
     EXPECT_GE(positions_[1], 1200);
 }
 
@@ -144,6 +146,7 @@ TEST_F(PlayerSubtitles, WithoutAFileNothingComes) {
     ASSERT_EQ(player_set_subtitle_path(player_, path_.c_str()), PLAYER_ERROR_NONE);
     ASSERT_EQ(player_set_subtitle_path(player_, nullptr), PLAYER_ERROR_NONE);
     play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
     EXPECT_TRUE(texts_.empty());
 }
 
@@ -155,6 +158,7 @@ TEST_F(PlayerSubtitles, AFileThatIsNoneLeavesTheVideoAlone) {
     const std::string noise = write("noise.srt", std::string(3000, '\x01'));
     ASSERT_EQ(player_set_subtitle_path(player_, noise.c_str()), PLAYER_ERROR_NONE);
     play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
     EXPECT_TRUE(texts_.empty());
 }
 
