@@ -26,6 +26,8 @@ class PagesTest(e2e.TestCase):
         self.assertEqual(self.said(text), times)
 
     def swipe(self, begin, end):
+        # A finger finds nothing before the first picture is laid out.
+        self.settle()
         self.app.control("drag", begin, MIDDLE, end, MIDDLE, 150)
 
     def to_next_page(self, number):
