@@ -47,6 +47,7 @@ void set_up_log(const Options &options) {
 
 }  // namespace
 
+// All of it before there is any other thread, which may be reading the environment.
 void prepare_environment(Options &options) {
     set_up_log(options);
     // Without a system bus the toolkit prints pages that tell the user nothing.
@@ -55,6 +56,8 @@ void prepare_environment(Options &options) {
     // They speak to the system bus while the process waits, without end when it doesn't answer, and
     // what they learn there the host asks for itself.
     setenv("ECORE_NO_SYSTEM_MODULES", "1", kKeep);
+    // A frame is drawn in less time than it takes to hand it to the toolkit's drawing thread.
+    setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", kKeep);
     choose_engine(options);
     if (!session_bus_address()) {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kReplace);

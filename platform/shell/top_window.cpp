@@ -54,8 +54,6 @@ std::vector<const char *> engines_for_display() {
 }  // namespace
 
 std::unique_ptr<TopWindow> TopWindow::open(bool in_memory) {
-    // A frame is drawn in less time than it takes to hand it to the toolkit's drawing thread.
-    setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 0);
     std::vector<const char *> engines;
     if (!in_memory) {
         engines = engines_for_display();

@@ -4,6 +4,7 @@
 
 #include <Elementary.h>
 #include <app.h>
+#include <dlfcn.h>
 #include <dlog.h>
 #include <efl_extension.h>
 #include <libintl.h>
@@ -14,6 +15,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -35,6 +38,11 @@ void tell(const std::string &line) {
 bool asked(const char *variable, const char *what) {
     const char *value = std::getenv(variable);
     return value != nullptr && std::strcmp(value, what) == 0;
+}
+
+bool has_threads() {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return std::distance(begin(tasks), end(tasks)) > 1;
 }
 
 std::string or_none(const char *text) {
@@ -140,4 +148,14 @@ int main(int argc, char **argv) {
     const int status = ui_app_main(argc, argv, &callbacks, nullptr);
     tell("returned " + std::to_string(status));
     return status;
+}
+
+/// In the place of the C library's: another thread may be reading the environment.
+extern "C" int setenv(const char *name, const char *value, int replace) noexcept {
+    using Setenv = int (*)(const char *, const char *, int);
+    static const auto real = reinterpret_cast<Setenv>(dlsym(RTLD_NEXT, "setenv"));
+    if (has_threads()) {
+        tell(std::string("changed beside threads: ") + name);
+    }
+    return real(name, value, replace);
 }

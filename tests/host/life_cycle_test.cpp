@@ -78,6 +78,12 @@ TEST(LifeCycle, AnExitInCreateEndsBeforeTheRequest) {
     EXPECT_EQ(calls(process.output()), "create terminate returned");
 }
 
+TEST(LifeCycle, TheStartLeavesTheEnvironmentAloneOnceThereAreThreads) {
+    child::Process process(probe({"--headless", "clip.mp4"}), with({{"PROBE_CREATE", "exit"}}));
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_FALSE(has(process.output(), "changed beside threads")) << process.output();
+}
+
 TEST(LifeCycle, ACreateThatRefusesIsTheLastCall) {
     child::Process process(probe({"--headless", "clip.mp4"}), with({{"PROBE_CREATE", "refuse"}}));
     EXPECT_EQ(process.wait(), 0);
