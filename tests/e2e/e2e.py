@@ -356,6 +356,15 @@ class Player:
     def state(self):
         return self.control("state")["state"]
 
+    def buffering(self):
+        """What was told of the stream's buffers, in the log's words."""
+        return [line.text for line in self.log() if line.text.startswith("Buffering: [")]
+
+    def wait_for_stall(self):
+        """Until all that a stream has brought is played."""
+        full = "Buffering: [100 %]"
+        wait_until(lambda: full in self.buffering() and self.buffering()[-1] != full, "the stall")
+
     def button(self, style):
         """Middle of the visible button of that style, in pixels of the screen."""
         def find():

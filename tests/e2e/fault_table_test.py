@@ -152,7 +152,9 @@ def _(test):
 
 @given("server that stalls")
 def _(test):
-    return test.start_impatient(test.server().address("stall/h264_aac.mp4"))
+    player = test.start_impatient(test.server().address("stall/h264_aac.mp4"))
+    player.wait_for_stall()
+    return player
 
 
 @given("file deleted while it plays")

@@ -35,9 +35,6 @@ class Streams(e2e.TestCase):
         self.turn(player, 1)
         player.wait(f"position>={before + 4000} && player==playing")
 
-    def percents(self, player):
-        return [line.text for line in player.log() if line.text.startswith("Buffering: [")]
-
     def test_with_ranges_it_can_be_sought_in(self):
         player = self.stream(f"plain/{CLIP}")
         state = player.wait("position>=500")
@@ -49,7 +46,7 @@ class Streams(e2e.TestCase):
     def test_buffering_is_reported(self):
         player = self.stream(f"plain/{CLIP}")
         player.wait("position>=200")
-        self.assertIn("Buffering: [100 %]", self.percents(player))
+        self.assertIn("Buffering: [100 %]", player.buffering())
         player.control("quit")
         player.expect_exit(0)
 
@@ -98,7 +95,7 @@ class Streams(e2e.TestCase):
 
     def test_a_stalled_stream_can_be_paused_and_goes_on_when_data_comes(self):
         player = self.stream(f"stall/{CLIP}")
-        e2e.wait_until(lambda: self.stands_still(player), "the stall")
+        player.wait_for_stall()
         self.press(player, "video/pause")
         player.wait("player==paused")
         self.press(player, "video/play")
@@ -107,10 +104,6 @@ class Streams(e2e.TestCase):
         self.server.go_on.set()
         player.wait(f"position>={position + 1000}")
         player.expect_exit(0)
-
-    def stands_still(self, player):
-        reports = self.percents(player)
-        return "Buffering: [100 %]" in reports and reports[-1] != "Buffering: [100 %]"
 
 
 if __name__ == "__main__":
