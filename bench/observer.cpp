@@ -30,6 +30,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto kPeriod = std::chrono::milliseconds(3);
 constexpr std::size_t kPictureColours = 6;
+/// Nearly the whole width of a window of 360 pixels: a picture may have few colours in its middle.
+constexpr int kHalfLine = 175;
 
 struct Line {
     int y = 0;
@@ -106,7 +108,7 @@ int main(int argc, char **argv) {
     if (!line) {
         const int width = DisplayWidth(display.get(), DefaultScreen(display.get()));
         const int height = DisplayHeight(display.get(), DefaultScreen(display.get()));
-        line = Line{height / 2, width / 2 - 100, width / 2 + 100};
+        line = Line{height / 2, width / 2 - kHalfLine, width / 2 + kHalfLine};
     }
 
     const auto begin = Clock::now();

@@ -1,9 +1,12 @@
 #include "app/environment.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
+#include "common/unique_fd.h"
 #include "i18n/locale.h"
 #include "log/log.h"
 #include "messaging/session_bus.h"
@@ -45,6 +48,15 @@ void set_up_log(const Options &options) {
     }
 }
 
+/// While there are threads, the kernel can only replace the table of descriptors by a larger one
+/// when none of them may be reading it, and all that open a file wait for that: tens of milliseconds
+/// of the start.
+void grow_descriptor_table() {
+    constexpr int kMoreThanAPlaybackNeeds = 255;
+    const UniqueFd any(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    const UniqueFd highest(fcntl(any.get(), F_DUPFD_CLOEXEC, kMoreThanAPlaybackNeeds));
+}
+
 }  // namespace
 
 // All of it before there is any other thread, which may be reading the environment.
@@ -63,6 +75,7 @@ void prepare_environment(Options &options) {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kReplace);
     }
     start_locale();
+    grow_descriptor_table();
 }
 
 }  // namespace host

@@ -39,7 +39,7 @@ float bump(float x, float centre, float half_width) {
 std::uint32_t pack(const Colour &c, float alpha) {
     const auto byte = [alpha](float v) {
         return static_cast<std::uint32_t>(
-            std::lround(std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F));
+            std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F);
     };
     return byte(1.0F) << 24U | byte(c.r) << 16U | byte(c.g) << 8U | byte(c.b);
 }
@@ -141,14 +141,18 @@ Picture paint_frame(const Geometry &g) {
     Picture picture{g.window_w, g.window_h, {}};
     picture.pixels.resize(static_cast<std::size_t>(g.window_w) * g.window_h);
     auto *pixel = picture.pixels.data();
-    for (int row = 0; row < g.window_h; ++row) {
-        for (int column = 0; column < g.window_w; ++column, ++pixel) {
+    for (int row = 0; row < g.window_h; ++row, pixel += g.window_w) {
+        for (int column = 0; column < g.window_w;) {
             const float x = static_cast<float>(column) + 0.5F;
             const float y = static_cast<float>(row) + 0.5F;
             const float distance = g.edge_distance(x, y);
             if (distance > -0.5F) {
                 const Colour c = g.framed ? watch_colour(g, x, y, distance) : Colour{};
-                *pixel = pack(c, 1.0F - coverage(distance));
+                pixel[column] = pack(c, 1.0F - coverage(distance));
+                ++column;
+            } else {
+                // The edge is at least that far away.
+                column += std::max(1, static_cast<int>(-distance));
             }
         }
     }
