@@ -208,8 +208,9 @@ WTimerWeakPtr WTimer::_started(WTimer *timer, void *handle) {
     return *timer->_pv->_weakAnchor;
 }
 
+// An add that failed has no timer to bind: the exception of the strong pointer ends the process.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 void WTimer::_bindToOwner(const WTimerWeakPtr &weak, Evas_Object *ownerObj) noexcept {
-    // An add that failed has no timer to bind; the exception of this constructor ends the process.
     const std::shared_ptr<WTimer> timer(weak);
     timer->_pv->_ownerObj = ownerObj;
     evas_object_event_callback_add(ownerObj, EVAS_CALLBACK_DEL, _ownerDeletedCb, timer.get());
