@@ -37,6 +37,10 @@ _tesselctl() {
     rotate) words="0 90 180 270" ;;
     missed) words="video audio" ;;
     event) words="low-battery low-memory language region" ;;
+    clock) words="12 24" ;;
+    screen-reader) words="on off" ;;
+    battery) words="none low critical action charging discharging" ;;
+    error) words="out-of-memory invalid-parameter no-such-file invalid-operation no-space permission-denied feature-not-supported seek-failed invalid-state not-supported-file invalid-uri sound-policy connection-failed resource-limit" ;;
     widget) words="add resize update force pause resume remove" ;;
     focus) words="take give-back none no-resume fading both" ;;
     device) words="connect disconnect earjack bluetooth hdmi usb" ;;

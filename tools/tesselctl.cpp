@@ -64,6 +64,10 @@ Commands:
   battery none|low|critical|action [charging|discharging]
                                   say how the battery is; discharging when not said
   language LANGUAGE               set the language of the system, such as pt_BR
+  region REGION                   set the region that numbers and dates are written for, such as
+                                  ar_EG
+  clock 12|24                     set the hours of the clock
+  screen-reader on|off            say that a screen reader is on, or off
   focus take none|no-resume|fading|both
                                   take the audio focus from it, stating that behaviour
   focus give-back                 give it back

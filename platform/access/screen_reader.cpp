@@ -24,8 +24,10 @@ constexpr char kBusPath[] = "/org/a11y/bus";
 constexpr char kStatusInterface[] = "org.a11y.Status";
 constexpr char kScreenReaderEnabled[] = "ScreenReaderEnabled";
 
-/// The snapshot that every query is answered from.
-std::atomic<bool> enabled{false};
+// The snapshots that every query is answered from.
+std::atomic<bool> desktop_says{false};
+enum class Word { none, off, on };
+std::atomic<Word> tester_says{Word::none};
 
 /// Follows the desktop's status object for the life of the process. Lives on the service thread.
 class StatusWatch {
@@ -74,8 +76,9 @@ private:
     static void read() {
         const GVariantPtr value(
             g_dbus_proxy_get_cached_property(proxy().get(), kScreenReaderEnabled));
-        enabled = value && g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) != FALSE &&
-                  g_variant_get_boolean(value.get()) != FALSE;
+        desktop_says = value &&
+                       g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) != FALSE &&
+                       g_variant_get_boolean(value.get()) != FALSE;
     }
 
     static GObjectPtr<GCancellable> &cancellable() {
@@ -125,7 +128,12 @@ void stop_accessibility() {
 
 bool screen_reader_enabled() {
     watch_status();
-    return enabled;
+    const Word word = tester_says;
+    return word == Word::none ? desktop_says.load() : word == Word::on;
+}
+
+void switch_screen_reader(bool on) {
+    tester_says = on ? Word::on : Word::off;
 }
 
 }  // namespace host

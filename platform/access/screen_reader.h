@@ -10,7 +10,12 @@ void start_accessibility();
 /// Ends the watch, and waits for its end. Before the service thread is stopped.
 void stop_accessibility();
 
-/// Whether a screen reader is on, as the desktop last reported. Any thread.
+/// Whether a screen reader is on: as a tester has said, else as the desktop last reported. Any
+/// thread.
 [[nodiscard]] bool screen_reader_enabled();
+
+/// A tester says that a screen reader is on or off, for this process alone and whatever the desktop
+/// reports from now on. Any thread.
+void switch_screen_reader(bool on);
 
 }  // namespace host

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "access/screen_reader.h"
 #include "app/lifecycle.h"
 #include "control/screen_state.h"
 #include "control/sound_commands.h"
@@ -117,8 +118,8 @@ void rotate(Commands & /*commands*/, const Words &words, const Responder &respon
     responder.done();
 }
 
-void state(Commands & /*commands*/, const Words & /*words*/, const Responder &responder) {
-    responder.done({{"state", read_state()}});
+void state(Commands &commands, const Words & /*words*/, const Responder &responder) {
+    responder.done({{"state", read_state(commands.rival)}});
 }
 
 void wait(Commands &commands, const Words &words, const Responder &responder) {
@@ -238,6 +239,27 @@ void language(Commands & /*commands*/, const Words &words, const Responder &resp
     responder.done();
 }
 
+void region(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    if (!is_language(words[1])) {
+        throw UsageError("'" + words[1] + "' is not the name of a region, such as en_GB");
+    }
+    change_region(words[1]);
+    responder.done();
+}
+
+void clock(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kClocks{{"12", static_cast<int>(Clock::twelve_hours)},
+                                           {"24", static_cast<int>(Clock::twenty_four_hours)}};
+    change_clock(static_cast<Clock>(parse_name(words[1], "the clock", kClocks)));
+    responder.done();
+}
+
+void screen_reader(Commands & /*commands*/, const Words &words, const Responder &responder) {
+    static const std::vector<Name> kSwitch{{"on", 1}, {"off", 0}};
+    switch_screen_reader(parse_name(words[1], "the switch", kSwitch) != 0);
+    responder.done();
+}
+
 bundle parse_content(const Words &words, std::size_t first) {
     bundle content;
     for (std::size_t i = first; i < words.size(); ++i) {
@@ -343,6 +365,9 @@ constexpr std::array kCommands{
     Command{"event", "low-battery|low-memory|language|region", 2, 2, event},
     Command{"battery", "none|low|critical|action [charging|discharging]", 2, 3, battery},
     Command{"language", "LANGUAGE", 2, 2, language},
+    Command{"region", "REGION", 2, 2, region},
+    Command{"clock", "12|24", 2, 2, clock},
+    Command{"screen-reader", "on|off", 2, 2, screen_reader},
     Command{"focus", "take none|no-resume|fading|both, or give-back", 2, 3, move_focus},
     Command{"volume", "LEVEL", 2, 2, set_volume},
     Command{"device", "connect|disconnect earjack|bluetooth|hdmi|usb", 3, 3, plug_device},

@@ -17,9 +17,9 @@ public:
     void run(const Words &words, const Responder &responder);
 
     Pointer pointer;
-    Waits waits;
-    Recorder recorder;
     Rival rival;
+    Waits waits{rival};
+    Recorder recorder;
 };
 
 }  // namespace host::control

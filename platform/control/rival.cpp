@@ -1,6 +1,7 @@
 #include "control/rival.h"
 
 #include "control/request.h"
+#include "sound/focus.h"
 
 namespace host::control {
 
@@ -29,6 +30,10 @@ void Rival::give_back() {
             SOUND_MANAGER_ERROR_NONE) {
         throw RequestError("the focus is not held");
     }
+}
+
+bool Rival::program_holds_focus() const {
+    return sound::is_focus_held(stream_);
 }
 
 }  // namespace host::control

@@ -19,6 +19,8 @@ public:
     void take(int behavior);
     /// @throws RequestError when it doesn't hold the focus
     void give_back();
+    /// Whether the program holds the focus now.
+    [[nodiscard]] bool program_holds_focus() const;
 
 private:
     sound_stream_info_h stream_ = nullptr;

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string_view>
 
+#include "access/screen_reader.h"
+#include "i18n/locale.h"
 #include "player/player_host.h"
 #include "shell/shell.h"
 #include "sound/backend.h"
@@ -205,7 +207,7 @@ void add_player(Json &state) {
                        {"dropped", status.frames_dropped}};
 }
 
-void add_sound(Json &state) {
+void add_sound(Json &state, const Rival &rival) {
     int volume = 0;
     state["volume"] =
         sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume) == 0 ? Json(volume) : Json();
@@ -214,15 +216,25 @@ void add_sound(Json &state) {
         devices.push_back({{"type", static_cast<int>(device.type)}, {"name", device.name}});
     }
     state["sound"] = {{"backend", sound::backend().name()}, {"devices", devices}};
+    state["focus"] = rival.program_holds_focus();
+}
+
+void add_settings(Json &state) {
+    const auto region = current_region();
+    state["language"] = current_language();
+    state["region"] = region ? Json(*region) : Json();
+    state["clock"] = static_cast<int>(current_clock());
+    state["screen_reader"] = screen_reader_enabled();
 }
 
 }  // namespace
 
-Json read_state() {
+Json read_state(const Rival &rival) {
     Json state = Json::object();
     add_player(state);
     add_window(state);
-    add_sound(state);
+    add_sound(state, rival);
+    add_settings(state);
     return state;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/request.h"
+#include "control/rival.h"
 
 namespace host::control {
 
@@ -15,7 +16,9 @@ namespace host::control {
 /// are shown), `played` and `length` (the texts of the player screen, or null), `level` (the text
 /// of the volume screen, null until it is shown), `popup` {style, text} or null, `buttons` (the
 /// visible ones: {style, x, y, width, height, enabled}), `screen` {width, height} in pixels,
-/// `rotation` of the window in degrees, `volume` of media.
-[[nodiscard]] Json read_state();
+/// `rotation` of the window in degrees, `volume` of media, `sound` {backend, devices}, `focus`
+/// (whether the program holds the audio focus), `language`, `region` (or null), `clock` (12 or 24
+/// hours), `screen_reader` (whether one is on).
+[[nodiscard]] Json read_state(const Rival &rival);
 
 }  // namespace host::control

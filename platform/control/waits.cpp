@@ -24,7 +24,7 @@ void Waits::add(Condition condition, const std::string &text, int deadline_ms,
         throw RequestError("too many requests wait");
     }
     const double now = ecore_time_get();
-    const Json state = read_state();
+    const Json state = read_state(rival_);
     condition.check_names(state);
     if (condition.holds(state)) {
         responder.done(outcome(state, now));
@@ -38,7 +38,7 @@ void Waits::add(Condition condition, const std::string &text, int deadline_ms,
 
 bool Waits::check() {
     const double now = ecore_time_get();
-    const Json state = read_state();
+    const Json state = read_state(rival_);
     // A reply lets its requester go on, who may come back here with the next wait.
     std::list<Wait> rest = std::exchange(waits_, {});
     for (auto wait = rest.begin(); wait != rest.end();) {

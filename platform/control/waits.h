@@ -4,6 +4,7 @@
 
 #include "control/condition.h"
 #include "control/responder.h"
+#include "control/rival.h"
 #include "control/timer.h"
 
 namespace host::control {
@@ -12,6 +13,9 @@ namespace host::control {
 /// hundred times a second.
 class Waits {
 public:
+    /// @param rival  must live as long
+    explicit Waits(const Rival &rival) : rival_(rival) {}
+
     /// Replies, with the state, as soon as the condition holds, or fails when `deadline_ms` have
     /// passed.
     /// @throws UsageError for a condition that the state can't answer, RequestError when too many
@@ -30,6 +34,7 @@ private:
 
     bool check();
 
+    const Rival &rival_;
     std::list<Wait> waits_;
     Timer timer_;
 };

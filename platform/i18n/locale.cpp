@@ -28,6 +28,11 @@ namespace {
 
 constexpr const char *kDomain = "tessel";
 constexpr const char *kLanguageKey = "db/menu_widget/language";
+constexpr const char *kRegionKey = "db/menu_widget/regionformat";
+constexpr const char *kClockKey = "db/menu_widget/regionformat_time1224";
+// What the setting of the clock holds.
+constexpr int kTwelveHours = 1;
+constexpr int kTwentyFourHours = 2;
 constexpr const char *kPlainLocale = "C.UTF-8";
 constexpr const char *kDefaultLanguage = "en";
 
@@ -158,6 +163,29 @@ void change_language(const std::string &language) {
     static_cast<void>(set_setting(kLanguageKey, language));
     __wrap_elm_language_set(language.c_str());
     raise_app_event(APP_EVENT_LANGUAGE_CHANGED);
+}
+
+std::optional<std::string> current_region() {
+    const std::unique_ptr<char, decltype(&std::free)> region(vconf_get_str(kRegionKey), &std::free);
+    return region ? std::optional<std::string>(region.get()) : std::nullopt;
+}
+
+void change_region(const std::string &region) {
+    static_cast<void>(set_setting(kRegionKey, region));
+    raise_app_event(APP_EVENT_REGION_FORMAT_CHANGED);
+}
+
+Clock current_clock() {
+    int clock = 0;
+    return vconf_get_int(kClockKey, &clock) == 0 && clock == kTwelveHours
+               ? Clock::twelve_hours
+               : Clock::twenty_four_hours;
+}
+
+void change_clock(Clock clock) {
+    const int setting = clock == Clock::twelve_hours ? kTwelveHours : kTwentyFourHours;
+    static_cast<void>(set_setting(kClockKey, std::to_string(setting)));
+    raise_app_event(APP_EVENT_REGION_FORMAT_CHANGED);
 }
 
 }  // namespace host

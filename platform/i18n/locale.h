@@ -34,4 +34,21 @@ void restore_locale();
 ///     texts are English
 void change_language(const std::string &language);
 
+/// The region that numbers and dates are written for, as the settings name it, such as
+/// "en_GB.UTF-8"; absent where they name none. Any thread.
+[[nodiscard]] std::optional<std::string> current_region();
+
+/// Changes the region as the system's settings do: writes the setting, then raises the event. Main
+/// loop.
+/// @param region  a name such as "en_GB" or "en_GB.UTF-8"
+void change_region(const std::string &region);
+
+enum class Clock { twelve_hours = 12, twenty_four_hours = 24 };
+/// How times of the day are written; 24 hours where the settings don't say. Any thread.
+[[nodiscard]] Clock current_clock();
+
+/// Changes it as the system's settings do: writes the setting, then raises the event of a changed
+/// region. Main loop.
+void change_clock(Clock clock);
+
 }  // namespace host

@@ -53,6 +53,8 @@ public:
     /// INVALID_STATE, with nothing changed, when the stream doesn't hold all of `mask`.
     [[nodiscard]] virtual int release(StreamId stream, int mask,
                                       const FocusStatement &statement) = 0;
+    /// What the stream holds now, as bits of sound_stream_focus_mask_e.
+    [[nodiscard]] virtual int held(StreamId stream) = 0;
     /// Whether a focus lost by `stream` is to come back by itself; it is at first.
     virtual void set_reacquisition(StreamId stream, bool enable) = 0;
 };
@@ -66,6 +68,10 @@ using FocusFactory = std::unique_ptr<Focus> (*)(FocusEvents &events);
 /// Among all processes on the session bus, without a daemon: the holder of a focus is the owner of
 /// a bus name.
 [[nodiscard]] std::unique_ptr<Focus> create_session_bus_focus(FocusEvents &events);
+
+/// Whether a stream of this process other than `but`, which may be null, holds the focus for
+/// playback. Any thread; doesn't wait.
+[[nodiscard]] bool is_focus_held(sound_stream_info_h but);
 
 /// Puts another focus in the place of the one in use, which the first stream chooses: that of the
 /// session bus where there is one. No stream may be alive.

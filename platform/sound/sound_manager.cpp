@@ -135,6 +135,21 @@ public:
         return node.empty() ? nullptr : node.mapped();
     }
 
+    [[nodiscard]] bool is_focus_held(sound_stream_info_h but) {
+        std::vector<StreamId> ids;
+        {
+            const std::lock_guard lock(mutex_);
+            for (const auto &[handle, stream] : streams_) {
+                if (handle != but) {
+                    ids.push_back(stream->id);
+                }
+            }
+        }
+        return std::any_of(ids.begin(), ids.end(), [this](StreamId id) {
+            return (focus().held(id) & SOUND_STREAM_FOCUS_FOR_PLAYBACK) != 0;
+        });
+    }
+
     [[nodiscard]] bool has_stream() const {
         const std::lock_guard lock(mutex_);
         return !streams_.empty();
@@ -272,6 +287,10 @@ Backend &backend() {
 
 void use_backend(BackendFactory factory) {
     manager().use(factory);
+}
+
+bool is_focus_held(sound_stream_info_h but) {
+    return manager().is_focus_held(but);
 }
 
 void use_focus(FocusFactory factory) {

@@ -7,6 +7,7 @@
 #include <future>
 
 #include "focus_world.h"
+#include "sound/focus.h"
 #include "sound_user.h"
 
 namespace {
@@ -32,6 +33,25 @@ TEST_F(FocusContract, IsGrantedAlsoToWhoHoldsIt) {
     EXPECT_EQ(stream.acquire(), 0);
     EXPECT_EQ(stream.release(), 0);
     EXPECT_TRUE(reports.entries().empty()) << "what the owner does itself isn't reported";
+}
+
+TEST_F(FocusContract, OfTheProcessIsHeldAsLongAsOneOfItsStreamsHoldsIt) {
+    EXPECT_FALSE(host::sound::is_focus_held(nullptr));
+    FocusReports reports;
+    const Stream holder(reports);
+    const Stream taker;
+    EXPECT_FALSE(host::sound::is_focus_held(nullptr));
+    ASSERT_EQ(holder.acquire(), 0);
+    EXPECT_TRUE(host::sound::is_focus_held(nullptr));
+    EXPECT_FALSE(host::sound::is_focus_held(holder.handle));
+    ASSERT_EQ(taker.acquire(), 0);
+    EXPECT_TRUE(host::sound::is_focus_held(holder.handle));
+    ASSERT_TRUE(reports.wait_for(1));
+    EXPECT_FALSE(host::sound::is_focus_held(taker.handle));
+    ASSERT_EQ(taker.release(), 0);
+    EXPECT_FALSE(host::sound::is_focus_held(holder.handle));
+    ASSERT_TRUE(reports.wait_for(2));
+    EXPECT_TRUE(host::sound::is_focus_held(taker.handle));
 }
 
 TEST_F(FocusContract, ReleaseOfWhatIsNotHeldIsAnErrorThatChangesNothing) {
@@ -186,10 +206,13 @@ TEST_F(FocusContract, HolderWhoSwitchesReacquisitionOffGoesOnHolding) {
 TEST_F(FocusContract, PlaybackAndRecordingAreOneEach) {
     FocusReports reports;
     const Stream player(reports);
-    const Stream recorder;
+    FocusReports recorder_reports;
+    const Stream recorder(recorder_reports);
     ASSERT_EQ(player.acquire(none, playback), 0);
     ASSERT_EQ(recorder.acquire(none, recording), 0);
     EXPECT_EQ(player.acquire(fading, playback | recording), 0);
+    // A loser has lost when it is told, which is after the taker has been answered.
+    ASSERT_TRUE(recorder_reports.wait_for(1));
     EXPECT_EQ(recorder.release(none, recording), SOUND_MANAGER_ERROR_INVALID_STATE);
     ASSERT_EQ(recorder.acquire(no_resume, playback | recording), 0);
     ASSERT_TRUE(reports.wait_for(2));

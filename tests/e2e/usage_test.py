@@ -1,9 +1,14 @@
 """The command lines of the program and of its tool."""
 
 import os
+import re
 import subprocess
 
 import e2e
+
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
+PACKAGING = os.path.join(ROOT, "packaging")
+COMMANDS = os.path.join(ROOT, "platform/control/commands.cpp")
 
 
 class CommandLine(e2e.TestCase):
@@ -64,10 +69,59 @@ class Tool(e2e.TestCase):
         self.assertEqual(status, 0)
         self.assertIn("wait CONDITION DEADLINE_MS", output)
 
+    def commands_of_help(self):
+        """Name and first argument of each, the same name as often as it has a line."""
+        _, output, _ = self.tool("--help")
+        part = output.split("\nCommands:\n")[1].split("\n\n")[0]
+        return re.findall(r"^  ([a-z][a-z-]*)(?: (\S+))?", part, re.MULTILINE)
+
+    def completions(self, *words):
+        """What bash offers behind these words."""
+        line = " ".join(["tesselctl", *words])
+        script = (f'source "{PACKAGING}/tesselctl.bash"; COMP_WORDS=({line} ""); '
+                  f'COMP_CWORD={len(words) + 1}; _tesselctl; printf "%s\\n" "${{COMPREPLY[@]}}"')
+        environment = dict(self.environment, PATH=e2e.BIN + os.pathsep + os.environ["PATH"])
+        done = subprocess.run(["bash", "-c", script], env=environment, capture_output=True,
+                              text=True, timeout=e2e.PATIENCE)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return done.stdout.split()
+
+    def test_help_manual_and_completion_have_the_same_commands(self):
+        names = {name for name, _ in self.commands_of_help()}
+        self.assertGreater(len(names), 20)
+        with open(os.path.join(PACKAGING, "tesselctl.1.in"), encoding="utf-8") as file:
+            manual = file.read().split(".SH COMMANDS")[1].split(".SH OPTIONS")[0]
+        in_manual = re.findall(r"^\.TP\n\.B (\S+)", manual, re.MULTILINE)
+        self.assertEqual({name.replace("\\-", "-") for name in in_manual}, names)
+        self.assertEqual({word for word in self.completions() if not word.startswith("-")}, names)
+
+    def test_completion_offers_the_words_that_help_names(self):
+        for name, argument in self.commands_of_help():
+            if re.fullmatch(r"[a-z0-9-]+(\|[a-z0-9-]+)+", argument):
+                with self.subTest(command=name):
+                    self.assertLessEqual(set(argument.split("|")), set(self.completions(name)))
+
+    def test_the_player_knows_each_command_and_no_other(self):
+        of_player = {name for name, _ in self.commands_of_help()} - {"play-script", "record"}
+        with open(COMMANDS, encoding="utf-8") as file:
+            self.assertEqual(set(re.findall(r'^ +Command\{"(.*?)"', file.read(), re.MULTILINE)),
+                             of_player)
+        player = self.play(e2e.LONG)
+        for name in of_player:
+            with self.subTest(command=name):
+                status, reply = player.try_control(name, *["x"] * 70)
+                self.assertEqual(status, 2)
+                self.assertRegex(reply["error"], f"^the form is: {name}( |$)")
+        for name in ("play-script", "record"):
+            self.assertEqual(self.tool(name, "x", "y")[0], 2)
+        self.assertEqual(player.state()["player"], "playing")
+
     def test_wrong_commands_give_status_two_and_change_nothing(self):
         player = self.play(e2e.LONG)
         for words in (["dance"], ["tap"], ["tap", "1", "x"], ["tap", "1", "2", "3"],
-                      ["rotate", "45"], ["key", "left"], ["error", "odd"],
+                      ["rotate", "45"], ["key", "left"], ["error", "odd"], ["interrupt", "odd"],
+                      ["missed", "both"], ["volume", "16"], ["network", "1"], ["launch"],
+                      ["device", "connect", "phone"], ["press", "1", "1", "-1"],
                       ["wait", "nonsense", "10"], ["wait", "nothing==1", "10"],
                       ["wait", "player==playing", "-1"], ["bezel", "many"]):
             with self.subTest(words=words):

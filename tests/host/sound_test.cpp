@@ -83,6 +83,7 @@ public:
     [[nodiscard]] int release(StreamId, int, const FocusStatement &) override {
         return SOUND_MANAGER_ERROR_NONE;
     }
+    [[nodiscard]] int held(StreamId) override { return 0; }
     void set_reacquisition(StreamId stream, bool enable) override {
         reacquisitions.add({stream, enable});
     }

@@ -61,6 +61,15 @@ public:
         return SOUND_MANAGER_ERROR_NONE;
     }
 
+    [[nodiscard]] int held(StreamId stream) override {
+        const std::lock_guard lock(mutex_);
+        int mask = 0;
+        for (const Line &line : lines_) {
+            mask |= line.held_by(stream) ? line.mask : 0;
+        }
+        return mask;
+    }
+
     void set_reacquisition(StreamId stream, bool enable) override {
         const std::lock_guard lock(mutex_);
         reacquisition_[stream] = enable;

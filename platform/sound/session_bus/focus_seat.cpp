@@ -210,6 +210,15 @@ int FocusSeat::release(int mask, const FocusStatement &statement) {
     return result;
 }
 
+int FocusSeat::held() {
+    const std::lock_guard lock(mutex_);
+    int mask = 0;
+    for (const Chair &chair : chairs_) {
+        mask |= chair.held ? chair.mask : 0;
+    }
+    return mask;
+}
+
 void FocusSeat::set_reacquisition(bool enable) {
     const std::lock_guard calls(calls_mutex_);
     {

@@ -37,6 +37,7 @@ public:
     // As in Focus.
     [[nodiscard]] int acquire(int mask, const FocusStatement &statement);
     [[nodiscard]] int release(int mask, const FocusStatement &statement);
+    [[nodiscard]] int held();
     void set_reacquisition(bool enable);
 
 private:

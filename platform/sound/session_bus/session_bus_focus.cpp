@@ -41,6 +41,11 @@ public:
         return seat ? seat->release(mask, statement) : SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
 
+    [[nodiscard]] int held(StreamId stream) override {
+        const auto seat = seat_of(stream);
+        return seat ? seat->held() : 0;
+    }
+
     void set_reacquisition(StreamId stream, bool enable) override {
         if (const auto seat = seat_of(stream)) {
             seat->set_reacquisition(enable);
