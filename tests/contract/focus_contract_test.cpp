@@ -152,6 +152,7 @@ TEST_F(FocusContract, LoserWhoTakesItBackIsNotToldOfItself) {
     const Stream second(second_reports);
     ASSERT_EQ(first.acquire(none), 0);
     ASSERT_EQ(second.acquire(none), 0);
+    ASSERT_TRUE(first_reports.wait_for(1));
     ASSERT_EQ(first.acquire(fading), 0);
     ASSERT_TRUE(second_reports.wait_for_entry(lost(fading)));
     ASSERT_EQ(first.release(none), 0);
