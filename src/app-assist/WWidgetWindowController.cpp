@@ -86,11 +86,11 @@ void WWidgetWindowController::destroy() {
 
 bool WWidgetWindowController::attachBaseViewController(WViewController *view, void *viewParam) {
     WASSERT(_pv->_baseViewController == nullptr);
-    bool created = false;
-    if (_pv->_baseLayout != nullptr) {
-        created = view->create(_pv->_baseLayout, viewParam);
-    } else {
-        created = view->create(_pv->_win, viewParam);
+    // Its own creation or placing may be its end; nobody has to see to it any more then.
+    const WViewWeakPtr alive = view->getWeakPtr();
+    Evas_Object *parent = _pv->_baseLayout != nullptr ? _pv->_baseLayout : _pv->_win;
+    const bool created = view->create(parent, viewParam);
+    if (_pv->_baseLayout == nullptr && !alive.expired()) {
         _pv->_baseLayout = view->getEvasObject();
         elm_win_resize_object_add(_pv->_win, _pv->_baseLayout);
         evas_object_show(_pv->_baseLayout);
@@ -98,9 +98,13 @@ bool WWidgetWindowController::attachBaseViewController(WViewController *view, vo
     if (!created) {
         return false;
     }
-    onAttachBaseViewController(view);
-    _pv->_baseViewController = view;
-    _pv->_baseViewLife = view->getWeakPtr();
+    if (!alive.expired()) {
+        onAttachBaseViewController(view);
+    }
+    if (!alive.expired()) {
+        _pv->_baseViewController = view;
+        _pv->_baseViewLife = alive;
+    }
     return true;
 }
 

@@ -107,12 +107,18 @@ void WWindowController::destroy() {
 
 bool WWindowController::attachBaseViewController(WViewController *view, void *viewParam) {
     WASSERT(_pv->_baseViewController == nullptr);
+    // Its own creation or placing may be its end; nobody has to see to it any more then.
+    const WViewWeakPtr alive = view->getWeakPtr();
     if (_pv->_baseLayout != nullptr && !view->create(_pv->_baseLayout, viewParam)) {
         return false;
     }
-    onAttachBaseViewController(view);
-    _pv->_baseViewController = view;
-    _pv->_baseViewLife = view->getWeakPtr();
+    if (!alive.expired()) {
+        onAttachBaseViewController(view);
+    }
+    if (!alive.expired()) {
+        _pv->_baseViewController = view;
+        _pv->_baseViewLife = alive;
+    }
     return true;
 }
 

@@ -310,6 +310,21 @@ TEST_F(WidgetWindowTest, WithoutBaseLayoutAFailedViewIsNotStored) {
     EXPECT_TRUE(m_window->attachBaseViewController(new View(m_journal), nullptr));
 }
 
+TEST_F(WidgetWindowTest, BaseViewThatEndsInItsOwnCreationIsNeitherPlacedNorStored) {
+    for (const bool with_base_layout : {false, true}) {
+        SCOPED_TRACE(with_base_layout);
+        m_window->make_base_layout = with_base_layout;
+        create();
+        m_journal.clear();
+        auto *view = new View(m_journal);
+        view->in_created = [view] { view->destroy(); };
+        EXPECT_TRUE(m_window->attachBaseViewController(view, nullptr));
+        EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onCreateView", "view.onCreated",
+                                      "view.onDestroy", "view.gone"}));
+        EXPECT_EQ(m_window->getBaseViewController(), nullptr);
+    }
+}
+
 TEST_F(WidgetWindowTest, DefaultPlacingAsksTheVirtualOperationForTheLayout) {
     struct WithoutLayout : WWidgetWindowController {
         Evas_Object *getBaseLayoutEvasObject() override { return nullptr; }

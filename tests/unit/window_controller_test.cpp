@@ -324,6 +324,18 @@ TEST_F(ShownWindowTest, BaseViewThatCantBeCreatedIsNotStored) {
     view->destroy();
 }
 
+TEST_F(ShownWindowTest, BaseViewThatEndsInItsOwnCreationIsNeitherPlacedNorStored) {
+    auto *view = new View(m_journal);
+    view->in_created = [view] { view->destroy(); };
+    EXPECT_TRUE(window().attachBaseViewController(view));
+    EXPECT_EQ(m_journal, (Journal{"view.onCreate", "view.onCreateView", "view.onCreated",
+                                  "view.onDestroy", "view.gone"}));
+    EXPECT_EQ(window().getBaseViewController(), nullptr);
+    EXPECT_EQ(elm_object_part_content_get(base_layout(), "elm.swallow.content"), nullptr);
+    // Another view may take the place.
+    EXPECT_TRUE(window().attachBaseViewController(new View(m_journal, "next")));
+}
+
 TEST_F(ShownWindowTest, SecondBaseViewFailsTheAssertion) {
     EXPECT_ASSERTION(
         {
