@@ -4,7 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <string>
 
 #include "common/unique_fd.h"
 #include "i18n/locale.h"
@@ -17,40 +17,38 @@ namespace {
 constexpr int kKeep = 0;
 constexpr int kReplace = 1;
 
-bool is_set(const char *variable) {
-    const char *value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
-
-bool engine_is_buffer() {
-    return is_set("ELM_ENGINE") && std::string_view(std::getenv("ELM_ENGINE")) == "buffer";
+/// Empty, too, when there is no such variable.
+std::string variable(const char *name) {
+    const char *value = std::getenv(name);
+    return value != nullptr ? value : "";
 }
 
 void choose_engine(Options &options) {
     if (options.headless) {
         setenv("ELM_ENGINE", "buffer", kReplace);
-    } else if (!is_set("DISPLAY") && !is_set("WAYLAND_DISPLAY")) {
+    } else if (variable("DISPLAY").empty() && variable("WAYLAND_DISPLAY").empty()) {
         setenv("ELM_ENGINE", "buffer", kKeep);
-    } else if (!is_set("DISPLAY")) {
+    } else if (variable("DISPLAY").empty()) {
         setenv("ELM_DISPLAY", "wl", kKeep);
         setenv("ELM_ENGINE", "wayland_shm", kKeep);
     }
-    options.headless = engine_is_buffer();
+    options.headless = variable("ELM_ENGINE") == "buffer";
 }
 
 void set_up_log(const Options &options) {
     if (options.log) {
         // The command line has been accepted with it.
         static_cast<void>(set_log_levels(*options.log));
-    } else if (is_set("TESSEL_LOG") && !is_log_spec(std::getenv("TESSEL_LOG"))) {
+    } else if (const std::string levels = variable("TESSEL_LOG");
+               !levels.empty() && !is_log_spec(levels)) {
         std::fprintf(stderr, "tessel: TESSEL_LOG is not understood, nothing is logged: '%s'\n",
-                     std::getenv("TESSEL_LOG"));
+                     levels.c_str());
     }
 }
 
-/// While there are threads, the kernel can only replace the table of descriptors by a larger one
-/// when none of them may be reading it, and all that open a file wait for that: tens of milliseconds
-/// of the start.
+/// While there are threads, the kernel replaces the table of descriptors by a larger one only when
+/// none of them can be reading it, and all that open a file wait for that: tens of milliseconds of
+/// the start.
 void grow_descriptor_table() {
     constexpr int kMoreThanAPlaybackNeeds = 255;
     const UniqueFd any(open("/dev/null", O_RDONLY | O_CLOEXEC));

@@ -38,6 +38,8 @@ float bump(float x, float centre, float half_width) {
 
 std::uint32_t pack(const Colour &c, float alpha) {
     const auto byte = [alpha](float v) {
+        // Never below 0; std::lround() would take as long as the rest of a pixel.
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings)
         return static_cast<std::uint32_t>(
             std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F);
     };
@@ -116,7 +118,8 @@ Colour watch_colour(const Geometry &g, float x, float y, float distance) {
     }
     const bool is_case = distance < g.body + 1.0F;
     Colour c = distance > g.ring ? backdrop_colour(g, y, distance) : kCase;
-    if (distance > g.ring && x > static_cast<float>(g.screen.x + g.screen.w / 2)) {
+    if (distance > g.ring &&
+        x > static_cast<float>(g.screen.x) + static_cast<float>(g.screen.w) / 2.0F) {
         for (const auto key : {Geometry::Place::back_key, Geometry::Place::home_key}) {
             const float from_key = g.key_distance(key, x, y);
             if (from_key < 1.0F) {
