@@ -280,7 +280,8 @@ class Display:
             return dict(line.split("=") for line in self.tool(*words).split())
         size = ask("getwindowgeometry", "--shell", window)
         # The geometry's own place counts the window manager's frame twice; the pointer's doesn't.
-        self.tool("mousemove", "--sync", "--window", window, 1, 1)
+        # Not the tool's waiting for a movement: it has been seen to wait long after it.
+        self.tool("mousemove", "--window", window, 1, 1)
         place = ask("getmouselocation", "--shell")
         return (int(place["X"]) - 1, int(place["Y"]) - 1, int(size["WIDTH"]),
                 int(size["HEIGHT"]), window)
