@@ -11,6 +11,7 @@
 #include "app/command_line.h"
 #include "log/log.h"
 #include "messaging/app_control_host.h"
+#include "shell/keys.h"
 
 namespace host {
 namespace {
@@ -20,6 +21,8 @@ constexpr std::string_view kHelp = "--help";
 constexpr std::string_view kVersion = "--version";
 constexpr int kSmallestScreen = 64;
 constexpr int kLargestScreen = 8192;
+constexpr double kSmallestScale = 0.5;
+constexpr double kLargestScale = 4.0;
 
 constexpr const char *kUsage =
     "Usage: tessel [OPTION]... [PATH or URI]\n"
@@ -29,6 +32,9 @@ constexpr const char *kUsage =
     "  --mime TYPE                MIME type of the launch request\n"
     "  --extra KEY=VALUE          extra data of the launch request; may be repeated\n"
     "  --screen WxH               size of the round screen in pixels (default: 360x360)\n"
+    "  --scale FACTOR             enlarge the screen and all on it, 0.5 to 4 (default: 1)\n"
+    "  --frame none|watch         show the round screen alone, or with a watch around it\n"
+    "                             (default: watch, but none with --fullscreen)\n"
     "  --fullscreen               fill the display\n"
     "  --headless                 render without a display\n"
     "  --control                  let tesselctl drive this process\n"
@@ -39,8 +45,9 @@ constexpr const char *kUsage =
     "                             fatal or off, for single tags as TAG:LEVEL,TAG:LEVEL\n"
     "  --screenshot FILE@SECONDS  write a PNG so many seconds after the first frame\n"
     "  --help                     show this text\n"
-    "  --version                  show the version\n"
-    "\n"
+    "  --version                  show the version\n";
+
+constexpr const char *kUsageEnd =
     "Environment: TESSEL_LOG as --log.\n"
     "Exit status: 0 after playing, 1 when nothing could be played, 2 for wrong use.\n";
 
@@ -62,6 +69,10 @@ bool read_number(std::string_view text, Number &number) {
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
+std::string usage() {
+    return std::string(kUsage) + "\nKeys:\n" + describe_keys() + '\n' + kUsageEnd;
+}
+
 void read_screen(Options &options, const std::string &value) {
     const std::size_t by = value.find('x');
     const std::string_view text = value;
@@ -76,6 +87,22 @@ void read_screen(Options &options, const std::string &value) {
                            std::to_string(kLargestScreen) + " pixels, not " + quoted(value));
         }
     }
+}
+
+void read_scale(Options &options, const std::string &value) {
+    double scale = 0.0;
+    if (!read_number(std::string_view(value), scale) ||
+        !(scale >= kSmallestScale && scale <= kLargestScale)) {
+        throw WrongUse("--scale needs a factor of 0.5 to 4, as in 1.5, not " + quoted(value));
+    }
+    options.scale = scale;
+}
+
+void read_frame(Options &options, const std::string &value) {
+    if (value != "none" && value != "watch") {
+        throw WrongUse("--frame knows none and watch only, not " + quoted(value));
+    }
+    options.frame = value == "watch";
 }
 
 void read_extra(Options &options, const std::string &value) {
@@ -131,11 +158,13 @@ struct Valued {
     std::string_view name;
     void (*read)(Options &, const std::string &);
 };
-constexpr std::array<Valued, 7> kValued{
+constexpr std::array<Valued, 9> kValued{
     {{"--operation", [](Options &options, const std::string &value) { options.operation = value; }},
      {"--mime", [](Options &options, const std::string &value) { options.mime = value; }},
      {"--extra", read_extra},
      {"--screen", read_screen},
+     {"--scale", read_scale},
+     {"--frame", read_frame},
      {"--profile", read_profile},
      {"--log", read_log},
      {"--screenshot", read_screenshot}}};
@@ -165,7 +194,7 @@ public:
             } else if (argument == "--") {
                 options_ended = true;
             } else if (argument == kHelp) {
-                return CommandLineEnd{0, kUsage};
+                return CommandLineEnd{0, usage()};
             } else if (argument == kVersion) {
                 return CommandLineEnd{0, "tessel " TESSEL_VERSION "\n"};
             } else {
@@ -175,10 +204,23 @@ public:
         if (options_.service && (options_.target || options_.new_instance)) {
             throw WrongUse("--service takes its video, and its place, from the session bus");
         }
+        check_screen();
         return options_;
     }
 
 private:
+    void check_screen() const {
+        const Options::Size shown = options_.shown_screen();
+        for (const int side : {shown.width, shown.height}) {
+            if (side < kSmallestScreen || side > kLargestScreen) {
+                throw WrongUse("--scale makes a screen of " + std::to_string(shown.width) + "x" +
+                               std::to_string(shown.height) + ": its sides need " +
+                               std::to_string(kSmallestScreen) + " to " +
+                               std::to_string(kLargestScreen) + " pixels");
+            }
+        }
+    }
+
     void take_target(const std::string &argument) {
         if (argument.empty()) {
             throw WrongUse("the path or URI is empty");
@@ -235,6 +277,11 @@ std::variant<Options, CommandLineEnd> parse_command_line(int argc, const char *c
         return CommandLineEnd{kWrongUse,
                               std::string("tessel: ") + wrong.what() + " (see tessel --help)\n"};
     }
+}
+
+Options::Size Options::shown_screen() const {
+    const auto scaled = [this](int side) { return static_cast<int>(std::lround(side * scale)); };
+    return {scaled(screen.width), scaled(screen.height)};
 }
 
 const Options &options() {

@@ -23,6 +23,8 @@ struct Options {
     std::optional<std::string> mime;
     std::vector<std::pair<std::string, std::string>> extras;
     Size screen;
+    double scale = 1.0;         ///< by how much larger the desktop shows it
+    std::optional<bool> frame;  ///< whether a watch is around it, as given
     bool fullscreen = false;
     bool headless = false;
     bool control = false;
@@ -31,6 +33,11 @@ struct Options {
     bool watch_profile = false;
     std::optional<std::string> log;  ///< level, as given
     std::optional<Screenshot> screenshot;
+
+    /// Size of the round screen on the desktop, in its pixels.
+    [[nodiscard]] Size shown_screen() const;
+    /// Whether a watch is around the screen: unless it is asked for, not where the screen is full.
+    [[nodiscard]] bool framed() const { return frame.value_or(!fullscreen); }
 };
 
 /// The process's options; defaults until ui_app_main() has parsed the command line.

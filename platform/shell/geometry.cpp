@@ -45,13 +45,26 @@ Geometry Geometry::watch(int screen_w, int screen_h) {
     return result;
 }
 
-Geometry Geometry::bare(int window_w, int window_h) {
-    const int side = std::min(window_w, window_h);
+Geometry Geometry::bare(int screen_w, int screen_h) {
     Geometry result;
-    result.window_w = window_w;
-    result.window_h = window_h;
-    result.screen = {(window_w - side) / 2, (window_h - side) / 2, side, side};
+    result.window_w = screen_w;
+    result.window_h = screen_h;
+    result.screen = {0, 0, screen_w, screen_h};
     return result;
+}
+
+Geometry Geometry::filling(int window_w, int window_h) {
+    const int side = std::min(window_w, window_h);
+    return bare(side, side).centred_in(window_w, window_h);
+}
+
+Geometry Geometry::watch_filling(int window_w, int window_h) {
+    const int room = std::min(window_w, window_h);
+    int side = room;
+    while (side > 1 && watch(side, side).window_w > room) {
+        --side;
+    }
+    return watch(side, side).centred_in(window_w, window_h);
 }
 
 Geometry Geometry::card(int w, int h) {

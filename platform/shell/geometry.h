@@ -22,8 +22,12 @@ public:
 
     /// A watch with its ring and keys around a screen of the given size.
     [[nodiscard]] static Geometry watch(int screen_w, int screen_h);
-    /// A round screen in the middle of a window of the given size, with nothing around it.
-    [[nodiscard]] static Geometry bare(int window_w, int window_h);
+    /// A round screen of the given size, with nothing around it.
+    [[nodiscard]] static Geometry bare(int screen_w, int screen_h);
+    /// The largest circle in the middle of a window of the given size, with nothing around it.
+    [[nodiscard]] static Geometry filling(int window_w, int window_h);
+    /// The largest watch in the middle of a window of the given size.
+    [[nodiscard]] static Geometry watch_filling(int window_w, int window_h);
 
     /// A widget: a screen with corners that fills its window.
     [[nodiscard]] static Geometry card(int w, int h);

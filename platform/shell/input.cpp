@@ -2,31 +2,17 @@
 
 #include <Ecore_Input.h>
 
-#include <array>
 #include <cmath>
-#include <string_view>
+#include <optional>
 #include <utility>
+
+#include "shell/keys.h"
 
 namespace host {
 
 namespace {
 
 constexpr int kFirstButton = 1;
-
-enum class KeyAction { back, more, home, clockwise, counter_clockwise, turn_watch };
-
-struct KeyBinding {
-    std::string_view name;
-    KeyAction action;
-};
-
-constexpr std::array kKeyBindings = {
-    KeyBinding{"Escape", KeyAction::back},     KeyBinding{"XF86Back", KeyAction::back},
-    KeyBinding{"Menu", KeyAction::more},       KeyBinding{"F10", KeyAction::more},
-    KeyBinding{"Home", KeyAction::home},       KeyBinding{"XF86HomePage", KeyAction::home},
-    KeyBinding{"Right", KeyAction::clockwise}, KeyBinding{"Left", KeyAction::counter_clockwise},
-    KeyBinding{"F9", KeyAction::turn_watch},
-};
 
 }  // namespace
 
@@ -140,33 +126,31 @@ Eina_Bool Input::key_down(void *data, int /*type*/, void *event) {
     if (key->keyname == nullptr || (key->modifiers & kChords) != 0) {
         return ECORE_CALLBACK_PASS_ON;
     }
-    for (const KeyBinding &binding : kKeyBindings) {
-        if (binding.name != key->keyname) {
-            continue;
-        }
-        switch (binding.action) {
-        case KeyAction::back:
-            self->targets_.key(Key::back);
-            break;
-        case KeyAction::more:
-            self->targets_.key(Key::more);
-            break;
-        case KeyAction::home:
-            self->targets_.key(Key::home);
-            break;
-        case KeyAction::clockwise:
-            self->bezel_.turn_by_hand(1);
-            break;
-        case KeyAction::counter_clockwise:
-            self->bezel_.turn_by_hand(-1);
-            break;
-        case KeyAction::turn_watch:
-            self->targets_.turn_watch();
-            break;
-        }
-        return ECORE_CALLBACK_DONE;
+    const std::optional<KeyAction> action = key_action(key->keyname);
+    if (!action) {
+        return ECORE_CALLBACK_PASS_ON;
     }
-    return ECORE_CALLBACK_PASS_ON;
+    switch (*action) {
+    case KeyAction::back:
+        self->targets_.key(Key::back);
+        break;
+    case KeyAction::more:
+        self->targets_.key(Key::more);
+        break;
+    case KeyAction::home:
+        self->targets_.key(Key::home);
+        break;
+    case KeyAction::clockwise:
+        self->bezel_.turn_by_hand(1);
+        break;
+    case KeyAction::counter_clockwise:
+        self->bezel_.turn_by_hand(-1);
+        break;
+    case KeyAction::turn_watch:
+        self->targets_.turn_watch();
+        break;
+    }
+    return ECORE_CALLBACK_DONE;
 }
 
 }  // namespace host

@@ -41,15 +41,20 @@ void observe(const InputEvent &event) {
     }
 }
 
+Geometry full_screen(int w, int h) {
+    return options().framed() ? Geometry::watch_filling(w, h) : Geometry::filling(w, h);
+}
+
 Geometry first_geometry(const TopWindow &top) {
-    const Options::Size &size = options().screen;
+    const Options::Size size = options().shown_screen();
     if (!options().fullscreen) {
-        return Geometry::watch(size.width, size.height);
+        return options().framed() ? Geometry::watch(size.width, size.height)
+                                  : Geometry::bare(size.width, size.height);
     }
     int w = 0;
     int h = 0;
     top.screen_size(w, h);
-    return w > 0 && h > 0 ? Geometry::bare(w, h) : Geometry::bare(size.width, size.height);
+    return w > 0 && h > 0 ? full_screen(w, h) : full_screen(size.width, size.height);
 }
 
 template <typename MakeGeometry>
@@ -159,7 +164,7 @@ void Shell::window_resized(int w, int h) {
     if (w == geometry_.window_w && h == geometry_.window_h) {
         return;
     }
-    lay_out(options().fullscreen && geometry_.round ? Geometry::bare(w, h)
+    lay_out(options().fullscreen && geometry_.round ? full_screen(w, h)
                                                     : geometry_.centred_in(w, h));
 }
 

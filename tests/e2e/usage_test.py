@@ -21,7 +21,8 @@ class CommandLine(e2e.TestCase):
     def test_wrong_use_gives_status_two_one_line_and_nothing_else(self):
         for arguments in (["--no-such-option"], ["--screen"], ["--screen", "0x0"],
                           ["--screen", "wide"], ["--log", "loud"], ["--extra", "novalue"],
-                          ["--screenshot", "file"], ["--profile", "phone"], ["one", "two"]):
+                          ["--screenshot", "file"], ["--profile", "phone"], ["--scale", "9"],
+                          ["--frame", "gold"], ["one", "two"]):
             with self.subTest(arguments=arguments):
                 self.assert_wrong_use(*arguments)
 

@@ -59,5 +59,71 @@ class Window(e2e.DisplayTestCase):
                                       r"Video Player App is terminated\."])
 
 
+class Shape(e2e.DisplayTestCase):
+    """The ways to show the watch: what the window's size is, and what is seen in it."""
+
+    def show(self, *options):
+        """Plays, and gives the window's place and size when a picture of the video is in it."""
+        player = self.start(*options, e2e.clip(e2e.LONG))
+        player.wait("player==playing&&position>=500")
+        left, top, width, height, _ = self.display.find_window()
+        e2e.wait_until(lambda: self.frame_number(player) is not None, "the picture")
+        return player, self.display.picture(left, top, width, height)
+
+    def frame_number(self, player):
+        return e2e.frame_number(self.screen(player))
+
+    def test_the_watch_is_around_the_screen_by_default(self):
+        _, picture = self.show()
+        self.assertGreater(picture.width, 360)
+        self.assertEqual(picture.width, picture.height)
+        # The metal of the ring, above the screen.
+        self.assertFalse(picture.is_black(picture.width // 2 + 12, picture.height // 2 - 180 - 25))
+
+    def test_without_a_frame_the_window_is_the_round_screen_alone(self):
+        player, picture = self.show("--frame", "none")
+        self.assertEqual((picture.width, picture.height), (360, 360))
+        # The pointer was put into the fourth corner.
+        for x, y in ((357, 2), (2, 357), (357, 357)):
+            self.assertTrue(picture.is_black(x, y))
+        self.key(player, "Escape")
+        player.expect_exit(0)
+
+    def test_a_scale_enlarges_window_and_controls_alike(self):
+        widths = {}
+        for scale in (0.5, 1.25):
+            player, picture = self.show("--scale", str(scale))
+            side = int(360 * scale)
+            self.assertEqual(player.state()["screen"], {"width": side, "height": side})
+            self.assertGreater(picture.width, side)
+            self.assertEqual(picture.width, picture.height)
+            self.show_controls(player)
+            middle, _ = player.button("video/pause")
+            self.assertAlmostEqual(middle, side / 2, delta=2)
+            widths[scale] = {button["style"]: button["width"]
+                             for button in player.state()["buttons"]}
+            player.end()
+            self.place = None
+        for style, width in widths[0.5].items():
+            self.assertAlmostEqual(widths[1.25][style], width * 2.5, delta=3)
+
+    def test_a_full_screen_has_the_round_screen_alone_and_keys_for_all(self):
+        player, picture = self.show("--fullscreen")
+        self.assertEqual((picture.width, picture.height), self.display.SIZE)
+        self.assertEqual(player.state()["screen"], {"width": 700, "height": 700})
+        self.assertTrue(picture.is_black(20, 350))
+        before = player.state()["position"]
+        self.key(player, "Right")
+        player.wait(f"position>={before + 9_000}")
+        self.key(player, "Escape")
+        player.expect_exit(0)
+
+    def test_a_full_screen_can_have_the_watch(self):
+        player, picture = self.show("--fullscreen", "--frame", "watch")
+        self.assertEqual((picture.width, picture.height), self.display.SIZE)
+        self.assertLess(player.state()["screen"]["width"], 500)
+        self.assertFalse(picture.is_black(20, 350))
+
+
 if __name__ == "__main__":
     e2e.main()

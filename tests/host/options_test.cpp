@@ -69,6 +69,20 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{{"--screen", "0x360"}, "--screen needs sides of 64 to 8192 pixels, not '0x360'"},
         Wrong{{"--screen", "360x-1"}, "--screen needs sides of 64 to 8192 pixels, not '360x-1'"},
         Wrong{{"--screen", "9000x90"}, "--screen needs sides of 64 to 8192 pixels, not '9000x90'"},
+        Wrong{{"--scale"}, "--scale needs a value"},
+        Wrong{{"--scale", "big"}, "--scale needs a factor of 0.5 to 4, as in 1.5, not 'big'"},
+        Wrong{{"--scale", "2x"}, "--scale needs a factor of 0.5 to 4, as in 1.5, not '2x'"},
+        Wrong{{"--scale", "0.49"}, "--scale needs a factor of 0.5 to 4, as in 1.5, not '0.49'"},
+        Wrong{{"--scale", "4.01"}, "--scale needs a factor of 0.5 to 4, as in 1.5, not '4.01'"},
+        Wrong{{"--scale", "nan"}, "--scale needs a factor of 0.5 to 4, as in 1.5, not 'nan'"},
+        Wrong{{"--scale", ""}, "--scale needs a factor of 0.5 to 4, as in 1.5, not ''"},
+        Wrong{{"--scale", "0.5", "--screen", "100x360"},
+              "--scale makes a screen of 50x180: its sides need 64 to 8192 pixels"},
+        Wrong{{"--screen", "4000x4000", "--scale=4"},
+              "--scale makes a screen of 16000x16000: its sides need 64 to 8192 pixels"},
+        Wrong{{"--frame"}, "--frame needs a value"},
+        Wrong{{"--frame", "square"}, "--frame knows none and watch only, not 'square'"},
+        Wrong{{"--frame", ""}, "--frame knows none and watch only, not ''"},
         Wrong{{"--profile", "phone"}, "--profile knows watch only, not 'phone'"},
         Wrong{{"--profile"}, "--profile needs a value"},
         Wrong{{"--headless=yes"}, "--headless takes no value"},
@@ -135,6 +149,22 @@ TEST(Options, AllOfThemAreRead) {
     EXPECT_EQ(options.target, "clip.mp4");
 }
 
+TEST(Options, TheScreenIsShownLargerByTheScale) {
+    const Options::Size shown = accepted({"--screen", "361x360", "--scale", "1.5"}).shown_screen();
+    EXPECT_EQ(shown.width, 542);
+    EXPECT_EQ(shown.height, 540);
+    EXPECT_EQ(accepted({}).shown_screen().width, 360);
+    EXPECT_EQ(accepted({"--scale=4"}).shown_screen().width, 1440);
+    EXPECT_EQ(accepted({"--scale=.5"}).shown_screen().width, 180);
+}
+
+TEST(Options, AWatchIsAroundTheScreenUnlessItIsFullOrNotWanted) {
+    EXPECT_TRUE(accepted({}).framed());
+    EXPECT_FALSE(accepted({"--frame", "none"}).framed());
+    EXPECT_FALSE(accepted({"--fullscreen"}).framed());
+    EXPECT_TRUE(accepted({"--fullscreen", "--frame", "watch"}).framed());
+}
+
 TEST(Options, AServiceHasNoVideoYet) {
     EXPECT_TRUE(accepted({"--service"}).service);
     EXPECT_FALSE(accepted({}).service);
@@ -162,9 +192,9 @@ TEST(Options, HelpNamesEveryOptionAndSucceeds) {
     ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
     const auto &end = std::get<CommandLineEnd>(parsed);
     EXPECT_EQ(end.status, 0);
-    for (const char *name :
-         {"--operation", "--mime", "--extra", "--screen", "--fullscreen", "--headless", "--control",
-          "--new-instance", "--profile", "--log", "--screenshot", "--help", "--version"}) {
+    for (const char *name : {"--operation", "--mime", "--extra", "--screen", "--scale", "--frame",
+                             "--fullscreen", "--headless", "--control", "--new-instance",
+                             "--profile", "--log", "--screenshot", "--help", "--version"}) {
         EXPECT_NE(end.text.find(name), std::string::npos) << name;
     }
 }

@@ -13,10 +13,15 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <variant>
 #include <vector>
 
+#include "app/command_line.h"
 #include "main_loop.h"
 #include "shell/shell_instance.h"
 
@@ -535,6 +540,59 @@ TEST_F(Keyboard, ChordsOfTheDesktopAreNotForTheWatch) {
     press("Right", ECORE_EVENT_MODIFIER_ALT);
     EXPECT_EQ(back, 0);
     EXPECT_TRUE(detents.empty());
+}
+
+/// The lines of --help that tell of keys: names with commas between, and what they do.
+std::vector<std::pair<std::string, std::string>> keys_of_the_help() {
+    const char *const arguments[] = {"tessel", "--help"};
+    std::istringstream help(
+        std::get<host::CommandLineEnd>(host::parse_command_line(2, arguments)).text);
+    std::vector<std::pair<std::string, std::string>> keys;
+    std::string line;
+    while (std::getline(help, line) && line != "Keys:") {
+    }
+    while (std::getline(help, line) && !line.empty()) {
+        const std::size_t gap = line.find("   ", 2);
+        const std::size_t meaning = line.find_first_not_of(' ', gap);
+        std::istringstream names(line.substr(2, gap - 2));
+        std::string name;
+        while (std::getline(names >> std::ws, name, ',')) {
+            keys.emplace_back(name, line.substr(meaning));
+        }
+    }
+    return keys;
+}
+
+TEST_F(Keyboard, EachKeyOfTheHelpDoesWhatItSays) {
+    using Event = host::InputEvent;
+    const auto is_key = [](host::Key key) {
+        return [key](const Event &e) { return e.kind == Event::Kind::key && e.key == key; };
+    };
+    const auto is_detent = [](bool clockwise) {
+        return [clockwise](const Event &e) {
+            return e.kind == Event::Kind::detent && e.clockwise == clockwise;
+        };
+    };
+    const std::map<std::string, std::function<bool(const Event &)>> effects{
+        {"back: ends the player, closes a message", is_key(host::Key::back)},
+        {"the more key", is_key(host::Key::more)},
+        {"leaves the foreground, which ends the player", is_key(host::Key::home)},
+        {"turns the bezel clockwise by a detent", is_detent(true)},
+        {"turns the bezel back by a detent", is_detent(false)},
+        {"turns the watch by a quarter",
+         [](const Event &e) { return e.kind == Event::Kind::turned && e.degrees == 90; }}};
+    const auto keys = keys_of_the_help();
+    EXPECT_EQ(keys.size(), 9U);
+    for (const auto &[name, meaning] : keys) {
+        ASSERT_TRUE(effects.contains(meaning)) << meaning;
+        std::vector<Event> seen;
+        host::observe_input([&seen](const Event &event) { seen.push_back(event); });
+        press(name.c_str());
+        EXPECT_TRUE(support::run_main_loop_until([&seen] { return !seen.empty(); })) << name;
+        host::observe_input({});
+        ASSERT_EQ(seen.size(), 1U) << name;
+        EXPECT_TRUE(effects.at(meaning)(seen[0])) << name << " doesn't do: " << meaning;
+    }
 }
 
 TEST_F(Keyboard, KeyDrawnOnTheFrameIsBack) {
