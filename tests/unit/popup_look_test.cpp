@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "app-assist/WPopupController.h"
 #include "screen_look_fixture.h"
 
 namespace {
@@ -35,6 +36,25 @@ protected:
             }
         }
         return nullptr;
+    }
+
+    /// As another program of the framework may show one.
+    void show_popup(const char *title, const char *content, int buttons) {
+        auto *controller = new app_assist::WPopupController(title, content);
+        controller->setCreationHook(
+            [](Evas_Object *object) { elm_object_style_set(object, "circle"); });
+        for (int i = 0; i < buttons; ++i) {
+            controller->addButton("", nullptr, [](Evas_Object *button) {
+                elm_object_style_set(button, "popup/circle");
+                Evas_Object *icon = elm_image_add(button);
+                elm_image_file_set(icon, TESSEL_STAGE_DATADIR "/res/edje/tessel.edj",
+                                   "tw_ic_popup_btn_check.png");
+                elm_object_part_content_set(button, "elm.swallow.content", icon);
+            });
+        }
+        player_view()->attachPopup(controller);
+        ASSERT_NE(popup(), nullptr);
+        settle();
     }
 
     void show_popup(TslSignalType type, const char *id) {
@@ -95,6 +115,26 @@ TEST_F(PopupLook, OneButtonPopupInEveryLanguage) {
             release(popup());
             evas_object_del(popup());
             support::run_loop_turns();
+        }
+    }
+}
+
+TEST_F(PopupLook, UpToThreeButtonsUnderAnyText) {
+    start_playing();
+    for (const Face &face : faces) {
+        use_face(face);
+        for (const char *title : {"", "Reminder"}) {
+            for (const char *content : {"At 14:05?", "Shall it remind you at 14:05?"}) {
+                for (int buttons = 1; buttons <= 3; ++buttons) {
+                    SCOPED_TRACE(name_of(face) + ", " + std::to_string(buttons) + " buttons, '" +
+                                 title + "', '" + content + "'");
+                    show_popup(title, content, buttons);
+                    ASSERT_EQ(seen().buttons.size(), static_cast<std::size_t>(buttons));
+                    expect_good_look();
+                    evas_object_del(popup());
+                    support::run_loop_turns();
+                }
+            }
         }
     }
 }
