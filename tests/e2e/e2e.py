@@ -27,10 +27,11 @@ PATIENCE = 120.0 if SLOW else 60.0
 
 APPLICATION_TITLE = "Tessel"
 
-# The clips: 640x360, numbered pictures with a tone.
+# The clips: 640x360, numbered pictures with a tone; and a tone alone.
 SHORT, MIDDLE, LONG = "e2e_short.mp4", "short_minute.mp4", "e2e_long.mp4"
+SMOOTH, SOUND = "e2e_smooth.mp4", "e2e_sound.m4a"
 LONG_MS = 130_000
-FPS = 30
+FPS, SMOOTH_FPS = 30, 60
 # How far the picture on the screen may lie behind the position.
 LATENESS_MS = 3_000 if SLOW else 300
 

@@ -1,6 +1,6 @@
 // How every state of the player screen looks.
 
-#include <ctime>
+#include <functional>
 
 #include "mock_platform/fake_efl_extension.h"
 #include "mock_platform/mock_rotary.h"
@@ -16,7 +16,30 @@ using support::ScreenPicture;
 using support::SeenScreen;
 using support::SeenText;
 
-using PlayerScreenLook = look::ScreenLook;
+class PlayerScreenLook : public look::ScreenLook {
+protected:
+    /// Each button, on every face, is brought into a state that shows and looks good, and back.
+    void expect_state_of_each_button(const std::function<void(Evas_Object *)> &enter,
+                                     const std::function<void(Evas_Object *)> &leave) {
+        start_playing();
+        player_view()->enableVolumeButton();
+        for (const Face &face : faces) {
+            use_face(face);
+            show_controls();
+            const ScreenPicture idle = picture();
+            for (const char *name : {"volume", "play", "displaymode"}) {
+                SCOPED_TRACE(name_of(face) + ", " + name);
+                enter(button(name));
+                settle();
+                EXPECT_FALSE(idle == picture());
+                expect_good_look();
+                leave(button(name));
+                settle();
+                EXPECT_TRUE(idle == picture());
+            }
+        }
+    }
+};
 
 TEST_F(PlayerScreenLook, EveryPictureOfEveryButton) {
     start_playing();
@@ -41,27 +64,13 @@ TEST_F(PlayerScreenLook, EveryPictureOfEveryButton) {
 }
 
 TEST_F(PlayerScreenLook, PressedButtons) {
-    start_playing();
-    player_view()->enableVolumeButton();
-    for (const Face &face : faces) {
-        SCOPED_TRACE(name_of(face));
-        use_face(face);
-        show_controls();
-        for (const char *name : {"volume", "play", "displaymode"}) {
-            SCOPED_TRACE(name);
-            show_controls();
-            const ScreenPicture idle = picture();
-            press(button(name));
-            settle();
-            EXPECT_FALSE(idle == picture());
-            expect_good_look();
-            // Not where a button takes the release for a click.
-            evas_event_feed_mouse_move(evas_object_evas_get(button(name)), 1, 1, 4, nullptr);
-            release(button(name));
-            settle();
-            EXPECT_TRUE(idle == picture());
-        }
-    }
+    expect_state_of_each_button([this](Evas_Object *button) { press(button); },
+                                [this](Evas_Object *button) {
+                                    // Not where a button takes the release for a click.
+                                    evas_event_feed_mouse_move(evas_object_evas_get(button), 1, 1,
+                                                               4, nullptr);
+                                    release(button);
+                                });
 }
 
 TEST_F(PlayerScreenLook, DisabledVolumeButton) {
@@ -82,24 +91,9 @@ TEST_F(PlayerScreenLook, DisabledVolumeButton) {
 }
 
 TEST_F(PlayerScreenLook, FocusedButtons) {
-    start_playing();
-    player_view()->enableVolumeButton();
-    for (const Face &face : faces) {
-        SCOPED_TRACE(name_of(face));
-        use_face(face);
-        show_controls();
-        const ScreenPicture plain = picture();
-        for (const char *name : {"volume", "play", "displaymode"}) {
-            SCOPED_TRACE(name);
-            elm_object_focus_set(button(name), EINA_TRUE);
-            settle();
-            EXPECT_FALSE(plain == picture());
-            expect_good_look();
-            elm_object_focus_set(button(name), EINA_FALSE);
-            settle();
-            EXPECT_TRUE(plain == picture());
-        }
-    }
+    expect_state_of_each_button(
+        [](Evas_Object *button) { elm_object_focus_set(button, EINA_TRUE); },
+        [](Evas_Object *button) { elm_object_focus_set(button, EINA_FALSE); });
 }
 
 TEST_F(PlayerScreenLook, AFocusThatCameByTouchDoesNotShow) {
@@ -244,35 +238,6 @@ TEST_F(PlayerScreenAnswer, ControlsComeAndGoSoftly) {
     EXPECT_FALSE(going == come);
     settle();
     EXPECT_TRUE(picture().is_empty());
-}
-
-double processor_seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
-TEST_F(PlayerScreenAnswer, ATickOfTheTimesCostsUnderHalfAPercentOfACore) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitized build says nothing about speed";
-#endif
-    constexpr int ticks = 60;
-    constexpr double tick_period_s = 0.3;
-    for (const bool shown : {false, true}) {
-        SCOPED_TRACE(shown);
-        if (shown) {
-            show_controls();
-        }
-        const double start = processor_seconds();
-        for (int tick = 0; tick < ticks; ++tick) {
-            player_view()->setProgressValues(static_cast<int>(tick * tick_period_s * 1000), 90'000);
-            support::run_loop_turns();
-            evas_render(evas_object_evas_get(window().getEvasObject()));
-        }
-        const double cost = (processor_seconds() - start) / ticks;
-        RecordProperty(shown ? "shown_us" : "hidden_us", static_cast<int>(cost * 1e6));
-        EXPECT_LT(cost, 0.005 * tick_period_s);
-    }
 }
 
 }  // namespace
