@@ -190,6 +190,7 @@ private:
     void _createUiVisibleTimer();
     void _destroyUiVisibleTimer();
 
+    static bool _isButtonExisted(const TslButton *pButton, const char *szName);
     bool _isVolumeButtonExisted();
     bool _isPlayPauseButtonExisted();
     bool _isDisplaymodeButtonExisted();
@@ -475,40 +476,28 @@ void TslPlayerViewInside::_setDurationTime(int nTime) {
     std::free(szTime);
 }
 
-bool TslPlayerViewInside::_isVolumeButtonExisted() {
-    if (m_pVolumeButton == nullptr) {
-        TslError("m_pVolumeButton is not existed.");
+bool TslPlayerViewInside::_isButtonExisted(const TslButton *pButton, const char *szName) {
+    if (pButton == nullptr) {
+        TslError("%s is not existed.", szName);
         return false;
     }
-    if (m_pVolumeButton->getEvasObject() == nullptr) {
-        TslError("Evas object of m_pVolumeButton is not existed.");
+    if (pButton->getEvasObject() == nullptr) {
+        TslError("Evas object of %s is not existed.", szName);
         return false;
     }
     return true;
+}
+
+bool TslPlayerViewInside::_isVolumeButtonExisted() {
+    return _isButtonExisted(m_pVolumeButton, "m_pVolumeButton");
 }
 
 bool TslPlayerViewInside::_isPlayPauseButtonExisted() {
-    if (m_pPlayPauseButton == nullptr) {
-        TslError("m_pPlayPauseButton is not existed.");
-        return false;
-    }
-    if (m_pPlayPauseButton->getEvasObject() == nullptr) {
-        TslError("Evas object of m_pPlayPauseButton is not existed.");
-        return false;
-    }
-    return true;
+    return _isButtonExisted(m_pPlayPauseButton, "m_pPlayPauseButton");
 }
 
 bool TslPlayerViewInside::_isDisplaymodeButtonExisted() {
-    if (m_pDisplaymodeButton == nullptr) {
-        TslError("m_pDisplaymodeButton is not existed.");
-        return false;
-    }
-    if (m_pDisplaymodeButton->getEvasObject() == nullptr) {
-        TslError("Evas object of m_pDisplaymodeButton is not existed.");
-        return false;
-    }
-    return true;
+    return _isButtonExisted(m_pDisplaymodeButton, "m_pDisplaymodeButton");
 }
 
 void TslPlayerViewInside::_enableVolumeButton() {

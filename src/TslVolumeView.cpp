@@ -56,6 +56,10 @@ constexpr char COLOR_GROUND_WARNING[] = "MUSIC_AO0293";
 constexpr char COLOR_GROUND_NORMAL[] = "B065L3";
 constexpr char ITEM_GROUND[] = "bg";
 
+/// As the log calls them.
+constexpr char PLUS_BUTTON_NAME[] = "plus button";
+constexpr char MINUS_BUTTON_NAME[] = "minus button";
+
 constexpr int READ_NAME = 1;
 constexpr int READ_NAME_AND_ROLE = 3;
 
@@ -157,8 +161,7 @@ private:
     void _setGroundColor(const char *szColorCode);
     void _setIconOfMuteButton();
     void _updateButtons();
-    bool _isPlusButtonExisted();
-    bool _isMinusButtonExisted();
+    static void _setDisabled(const TslButton *pButton, const char *szName, Eina_Bool bDisabled);
     void _enablePlusButton();
     void _disablePlusButton();
     void _enableMinusButton();
@@ -550,52 +553,33 @@ void TslVolumeViewInside::_updateButtons() {
     }
 }
 
-bool TslVolumeViewInside::_isPlusButtonExisted() {
-    if (m_pPlusButton == nullptr) {
-        TslError("The plus button is nullptr.");
-        return false;
+void TslVolumeViewInside::_setDisabled(const TslButton *pButton, const char *szName,
+                                       Eina_Bool bDisabled) {
+    if (pButton == nullptr) {
+        TslError("The %s is nullptr.", szName);
+        return;
     }
-    if (m_pPlusButton->getEvasObject() == nullptr) {
-        TslError("The evas object of plus button is nullptr.");
-        return false;
+    if (pButton->getEvasObject() == nullptr) {
+        TslError("The evas object of %s is nullptr.", szName);
+        return;
     }
-    return true;
-}
-
-bool TslVolumeViewInside::_isMinusButtonExisted() {
-    if (m_pMinusButton == nullptr) {
-        TslError("The minus button is nullptr.");
-        return false;
-    }
-    if (m_pMinusButton->getEvasObject() == nullptr) {
-        TslError("The evas object of minus button is nullptr.");
-        return false;
-    }
-    return true;
+    elm_object_disabled_set(pButton->getEvasObject(), bDisabled);
 }
 
 void TslVolumeViewInside::_enablePlusButton() {
-    if (_isPlusButtonExisted()) {
-        elm_object_disabled_set(m_pPlusButton->getEvasObject(), EINA_FALSE);
-    }
+    _setDisabled(m_pPlusButton, PLUS_BUTTON_NAME, EINA_FALSE);
 }
 
 void TslVolumeViewInside::_disablePlusButton() {
-    if (_isPlusButtonExisted()) {
-        elm_object_disabled_set(m_pPlusButton->getEvasObject(), EINA_TRUE);
-    }
+    _setDisabled(m_pPlusButton, PLUS_BUTTON_NAME, EINA_TRUE);
 }
 
 void TslVolumeViewInside::_enableMinusButton() {
-    if (_isMinusButtonExisted()) {
-        elm_object_disabled_set(m_pMinusButton->getEvasObject(), EINA_FALSE);
-    }
+    _setDisabled(m_pMinusButton, MINUS_BUTTON_NAME, EINA_FALSE);
 }
 
 void TslVolumeViewInside::_disableMinusButton() {
-    if (_isMinusButtonExisted()) {
-        elm_object_disabled_set(m_pMinusButton->getEvasObject(), EINA_TRUE);
-    }
+    _setDisabled(m_pMinusButton, MINUS_BUTTON_NAME, EINA_TRUE);
 }
 
 void TslVolumeViewInside::_createAnimator() {

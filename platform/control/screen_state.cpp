@@ -212,10 +212,10 @@ void add_sound(Json &state, const Rival &rival) {
     state["volume"] =
         sound_manager_get_volume(SOUND_TYPE_MEDIA, &volume) == 0 ? Json(volume) : Json();
     Json devices = Json::array();
-    for (const auto &device : sound::backend().devices().value_or(std::vector<sound::Device>())) {
+    for (const auto &device : sound::backend()->devices().value_or(std::vector<sound::Device>())) {
         devices.push_back({{"type", static_cast<int>(device.type)}, {"name", device.name}});
     }
-    state["sound"] = {{"backend", sound::backend().name()}, {"devices", devices}};
+    state["sound"] = {{"backend", sound::backend()->name()}, {"devices", devices}};
     state["focus"] = rival.program_holds_focus();
 }
 

@@ -41,7 +41,7 @@ void plug_device(Commands & /*commands*/, const Words &words, const Responder &r
                                           {"usb", SOUND_DEVICE_USB_AUDIO}};
     const bool connect = parse_name(words[1], "the direction", kDirections) != 0;
     const auto type = static_cast<sound_device_type_e>(parse_name(words[2], "the device", kTypes));
-    auto *const builtin = dynamic_cast<sound::BuiltinBackend *>(&sound::backend());
+    const auto builtin = std::dynamic_pointer_cast<sound::BuiltinBackend>(sound::backend());
     if (builtin == nullptr) {
         throw RequestError("the sound server says which devices there are");
     }

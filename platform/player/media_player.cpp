@@ -369,6 +369,15 @@ void MediaPlayer::on_settled() {
     start_next_seek();
 }
 
+void MediaPlayer::on_restart(int position_ms) {
+    const std::lock_guard lock(mutex_);
+    shared_.seeks.put_back();
+    const bool leads_back = shared_.facts.seekable && !shared_.fixed_position;
+    if (leads_back && shared_.seeks.empty()) {
+        accept_seek({.target_ms = position_ms, .accurate = true});
+    }
+}
+
 void MediaPlayer::complete_seeks() {
     std::vector<SeekRequest> waiting;
     {
@@ -535,6 +544,14 @@ void MediaPlayer::get_volume(float &left, float &right) const {
 
 void MediaPlayer::apply_stream_gain(double gain) {
     change_volume([gain](StreamVolume &volume) { volume.gain = gain; });
+}
+
+void MediaPlayer::bring_sound_back() {
+    thread_.post([this] {
+        if (playback_) {
+            playback_->bring_sound_back();
+        }
+    });
 }
 
 void MediaPlayer::change_volume(const std::function<void(StreamVolume &)> &change) {

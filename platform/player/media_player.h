@@ -52,6 +52,8 @@ public:
     void get_volume(float &left, float &right) const;
     /// Any thread.
     void apply_stream_gain(double gain);
+    /// There is a sound output that wasn't there. Any thread.
+    void bring_sound_back();
 
     [[nodiscard]] player_state_e state() const;
     int get_position(int &position_ms) const;
@@ -107,6 +109,7 @@ private:
     void on_buffering(int percent) override;
     void on_missed_plugin(player_missed_plugin_type_e type, const std::string &detail) override;
     void on_download(player_pd_message_type_e type) override;
+    void on_restart(int position_ms) override;
     void on_seek_done() override;
     void on_settled() override;
     void on_completed() override;

@@ -257,6 +257,12 @@ bool Pipeline::seekable() const {
     return seekable != FALSE;
 }
 
+bool Pipeline::has_sound() const {
+    gint streams = 0;
+    g_object_get(playbin_.get(), "n-audio", &streams, nullptr);
+    return streams > 0;
+}
+
 std::optional<PixelSize> Pipeline::video_size() const {
     const GstObjectPtr<GstPad> pad(gst_element_get_static_pad(video_sink_.get(), "sink"));
     const GstMiniPtr<GstCaps> caps(gst_pad_get_current_caps(pad.get()));

@@ -70,6 +70,7 @@ public:
     /// Whether a picture or a sound has come to an output.
     [[nodiscard]] bool has_data() const;
     [[nodiscard]] bool seekable() const;
+    [[nodiscard]] bool has_sound() const;
     /// Size of the decoded picture with square pixels; none without video.
     [[nodiscard]] std::optional<PixelSize> video_size() const;
     /// Whether a demuxer has come to the end of the medium without a stream. Its error message is

@@ -107,7 +107,10 @@ void Playback::open(const char *sound_output) {
         return;
     }
     listener_.on_pipeline(pipeline_);
-    video_->open();
+    // A restart begins with the first picture of the medium, which nobody is to see again.
+    if (waiting_ != Wait::restarting) {
+        video_->open();
+    }
     asked_ = GST_STATE_PAUSED;
     switch (pipeline_->set_state(GST_STATE_PAUSED)) {
     case GST_STATE_CHANGE_NO_PREROLL:
@@ -128,6 +131,7 @@ void Playback::open(const char *sound_output) {
 void Playback::handle(unsigned pipeline, GstMessage *message) {
     if (!failed_ && pipeline == pipeline_number_) {
         dispatch(message);
+        return_sound();
     }
 }
 
@@ -226,7 +230,8 @@ void Playback::set_subtitle_offset(int milliseconds) {
 
 void Playback::handle_error(GstMessage *message) {
     if (pipeline_->from_sound(message) && !sound_lost_) {
-        restart_without_sound();
+        sound_lost_ = true;
+        restart(kSilentOutput);
         return;
     }
     if (prepared_) {
@@ -252,24 +257,30 @@ void Playback::handle_async_done() {
         return;
     }
     const Wait done = *waiting_;
-    end_wait();
-    switch (done) {
-    case Wait::preparing:
-        finish_preparing();
-        break;
-    case Wait::seeking:
-        listener_.on_seek_done();
-        break;
-    case Wait::restarting:
-        seek({.target_ms = restart_position_ms_, .accurate = true}, rate_);
-        apply_state();
+    if (done == Wait::preparing || done == Wait::restarting) {
+        finish_opening();
         return;
-    case Wait::pausing:
-        break;
     }
-    if (!failed_) {
-        listener_.on_settled();
+    end_wait();
+    if (done == Wait::seeking) {
+        listener_.on_seek_done();
     }
+    listener_.on_settled();
+}
+
+void Playback::finish_opening() {
+    const bool again = waiting_ == Wait::restarting;
+    end_wait();
+    if (again) {
+        video_->open();
+    } else {
+        finish_preparing();
+    }
+    if (failed_) {
+        return;
+    }
+    listener_.on_settled();
+    apply_state();
 }
 
 void Playback::finish_preparing() {
@@ -383,10 +394,8 @@ void Playback::handle_progress(GstMessage *message) {
     gst_message_parse_progress(message, &type, &code, nullptr);
     const GText owned(code);
     if (live_ && type == GST_PROGRESS_TYPE_COMPLETE && std::string_view(code) == "open" &&
-        waiting_ == Wait::preparing) {
-        end_wait();
-        finish_preparing();
-        listener_.on_settled();
+        (waiting_ == Wait::preparing || waiting_ == Wait::restarting)) {
+        finish_opening();
     }
 }
 
@@ -397,18 +406,35 @@ void Playback::handle_clock_lost() {
     }
 }
 
-void Playback::restart_without_sound() {
-    sound_lost_ = true;
-    // Where a seek is under way, what it was for is lost with the pipeline.
-    const bool was_seeking = waiting_ == Wait::seeking;
-    restart_position_ms_ = pipeline_->position_ms().value_or(0);
-    pipeline_->shut_down();
-    if (was_seeking) {
-        end_wait();
-        listener_.on_seek_done();
+void Playback::bring_sound_back() {
+    sound_returns_ = true;
+    return_sound();
+}
+
+void Playback::return_sound() {
+    if (!sound_returns_ || failed_ || !settled()) {
+        return;
     }
-    begin_wait(prepared_ ? Wait::restarting : Wait::preparing);
-    open(kSilentOutput);
+    sound_returns_ = false;
+    if (live_ || !pipeline_->has_sound() || !pipeline_->seekable()) {
+        return;
+    }
+    sound_lost_ = false;
+    restart(sound_sink_element());
+}
+
+void Playback::restart(const char *sound_output) {
+    if (prepared_) {
+        begin_wait(Wait::restarting);
+        video_->close();
+        // Before the pipeline ends: on the way to that it gives wrong positions.
+        const auto position = pipeline_->position_ms();
+        listener_.on_restart(position.value_or(pipeline_->reached_ms().value_or(0)));
+    } else {
+        begin_wait(Wait::preparing);
+    }
+    pipeline_->shut_down();
+    open(sound_output);
 }
 
 void Playback::fail(const PlaybackFault &fault) {

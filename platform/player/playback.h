@@ -37,6 +37,9 @@ public:
     virtual void on_buffering(int percent) = 0;
     virtual void on_missed_plugin(player_missed_plugin_type_e type, const std::string &detail) = 0;
     virtual void on_download(player_pd_message_type_e type) = 0;
+    /// The medium is opened once more, from its start: the seek that was under way is to be done
+    /// anew when it has settled, or else one that leads back to where it was.
+    virtual void on_restart(int position_ms) = 0;
     virtual void on_seek_done() = 0;
     /// Nothing is under way any more: a waiting seek may start.
     virtual void on_settled() = 0;
@@ -78,6 +81,9 @@ public:
     void seek(const SeekRequest &request, double rate);
     void set_volume(const StreamVolume &volume);
     void set_subtitle_offset(int milliseconds);
+    /// Goes on with the sound output that there is now, as soon as nothing else is under way. Stays
+    /// as it is where that would lead away from the position: a stream that can't be sought.
+    void bring_sound_back();
     /// The medium as it was named.
     [[nodiscard]] const std::string &given() const { return source_.given(); }
 
@@ -96,9 +102,11 @@ private:
     void handle_download(GstMessage *message);
     void handle_progress(GstMessage *message);
     void handle_clock_lost();
+    void finish_opening();
     void finish_preparing();
     void report_missed();
-    void restart_without_sound();
+    void return_sound();
+    void restart(const char *sound_output);
     [[nodiscard]] bool lacks_memory() const;
     void fail(const PlaybackFault &fault);
     void begin_wait(Wait wait);
@@ -128,13 +136,13 @@ private:
     bool failed_ = false;
     bool live_ = false;
     bool sound_lost_ = false;
+    bool sound_returns_ = false;  ///< once nothing is under way
     bool found_nothing_ = false;
     unsigned failed_allocations_before_ = 0;
     bool playing_ = false;  ///< as asked for
     GstState asked_ = GST_STATE_NULL;
     int buffered_percent_ = 100;
     int duration_ms_ = 0;
-    int restart_position_ms_ = 0;
     double rate_ = 1.0;
     std::vector<Missed> missed_;
 };

@@ -14,8 +14,12 @@ PlayerRegistry &PlayerRegistry::instance() {
 }
 
 player_h PlayerRegistry::create() {
-    if (!std::exchange(follows_gain_, true)) {
-        on_stream_gain_changed([this](double gain) { apply_stream_gain(gain); });
+    if (!std::exchange(follows_sound_, true)) {
+        on_stream_gain_changed([this](double gain) {
+            for_each([gain](MediaPlayer &player) { player.apply_stream_gain(gain); });
+        });
+        on_sound_output_returned(
+            [this] { for_each([](MediaPlayer &player) { player.bring_sound_back(); }); });
     }
     auto player = std::make_unique<player_s>();
     player_h handle = player.get();
@@ -53,10 +57,10 @@ MediaPlayer *PlayerRegistry::newest() {
     return players_.empty() ? nullptr : &players_.back()->player;
 }
 
-void PlayerRegistry::apply_stream_gain(double gain) {
+void PlayerRegistry::for_each(const std::function<void(MediaPlayer &)> &call) {
     const std::lock_guard lock(mutex_);
     for (const auto &player : players_) {
-        player->player.apply_stream_gain(gain);
+        call(player->player);
     }
 }
 

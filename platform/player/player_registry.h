@@ -13,7 +13,8 @@ struct player_s {
 
 namespace host {
 
-/// The players behind the handles that are given out. Thread: main loop, but for the stream gain.
+/// The players behind the handles that are given out. Thread: main loop, but for what the sound
+/// reports.
 class PlayerRegistry {
 public:
     static PlayerRegistry &instance();
@@ -27,11 +28,11 @@ public:
     [[nodiscard]] MediaPlayer *newest();
 
 private:
-    void apply_stream_gain(double gain);
+    void for_each(const std::function<void(MediaPlayer &)> &call);
 
     std::mutex mutex_;
     std::vector<std::unique_ptr<player_s>> players_;
-    bool follows_gain_ = false;
+    bool follows_sound_ = false;
 };
 
 }  // namespace host

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::vector<SeekRequest> take_superseded();
     /// The seek to do next, which is under way from now on; none while one is.
     [[nodiscard]] std::optional<SeekRequest> begin();
+    /// The one under way has come to nothing and waits again.
+    void put_back() { under_way_ = false; }
     /// Takes out the one under way; none if there is none.
     [[nodiscard]] std::optional<SeekRequest> finish();
     /// Takes out all, in order.

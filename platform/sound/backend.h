@@ -30,6 +30,8 @@ public:
     virtual void device_changed(const Device &device, bool connected) = 0;
     /// The linear gain that Backend::stream_gain() gives has changed.
     virtual void stream_gain_changed(double gain) = 0;
+    /// There is an output again after there was none: streams that lost theirs may come back.
+    virtual void output_returned() = 0;
 };
 
 /// All that one way of making sound supplies; the arguments are checked by the shared code.
@@ -66,10 +68,14 @@ using BackendFactory = std::unique_ptr<Backend> (*)(Events &events);
 /// The server of the PulseAudio protocol that the environment names.
 [[nodiscard]] std::unique_ptr<Backend> create_pulse_backend(Events &events);
 
-/// The backend in use; the first call chooses it: a server that answers, or else the built-in one.
-[[nodiscard]] Backend &backend();
+/// The backend in use; the first call chooses it: a server that answers, or else the built-in one
+/// until a server does.
+[[nodiscard]] std::shared_ptr<Backend> backend();
 
-/// Puts another backend in the place of the one in use. No callback or list may be alive.
+/// Chooses anew, as the first time. No callback or list may be alive.
+void choose_backend();
+
+/// Puts another backend in the place of the one in use, for good. No callback or list may be alive.
 void use_backend(BackendFactory factory);
 
 }  // namespace host::sound

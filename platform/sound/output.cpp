@@ -7,12 +7,15 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -150,26 +153,25 @@ bool alsa_plays() {
 
 }  // namespace
 
-bool sound_server_answers() {
-    if (const auto servers = environment("PULSE_SERVER")) {
-        std::string_view rest = *servers;
-        while (!rest.empty()) {
-            const auto end = std::min(rest.find(' '), rest.size());
-            if (end > 0 && server_answers(rest.substr(0, end))) {
-                return true;
-            }
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
-        return false;
+std::vector<std::string> sound_servers() {
+    std::vector<std::string> servers;
+    if (const auto named = environment("PULSE_SERVER")) {
+        std::istringstream words(*named);
+        std::copy(std::istream_iterator<std::string>(words), {}, std::back_inserter(servers));
+        return servers;
     }
     if (const auto directory = environment("PULSE_RUNTIME_PATH")) {
-        return local_socket_answers(*directory + "/native");
+        return {"unix:" + *directory + "/native"};
     }
-    if (const auto directory = environment("XDG_RUNTIME_DIR");
-        directory && local_socket_answers(*directory + "/pulse/native")) {
-        return true;
+    if (const auto directory = environment("XDG_RUNTIME_DIR")) {
+        servers.push_back("unix:" + *directory + "/pulse/native");
     }
-    return local_socket_answers("/run/pulse/native");
+    servers.emplace_back("unix:/run/pulse/native");
+    return servers;
+}
+
+bool sound_server_answers(const std::vector<std::string> &servers) {
+    return std::any_of(servers.begin(), servers.end(), server_answers);
 }
 
 const char *sound_sink_element() {

@@ -12,12 +12,14 @@
 
 #include "messaging/session_bus.h"
 #include "sound/backend.h"
+#include "sound/backend_choice.h"
 #include "sound/callback_thread.h"
 #include "sound/focus.h"
 #include "sound/listener.h"
 #include "sound/output.h"
 
 using host::sound::Backend;
+using host::sound::BackendChoice;
 using host::sound::CallbackThread;
 using host::sound::Device;
 using host::sound::Focus;
@@ -57,11 +59,9 @@ public:
         return manager;
     }
 
-    [[nodiscard]] Backend &backend() const { return *backend_; }
-    void use(host::sound::BackendFactory factory) {
-        backend_.reset();
-        backend_ = factory(*this);
-    }
+    [[nodiscard]] std::shared_ptr<Backend> backend() const { return backend_.current(); }
+    void choose() { backend_.choose(); }
+    void use(host::sound::BackendFactory factory) { backend_.use(factory); }
 
     Focus &focus() {
         const std::lock_guard lock(mutex_);
@@ -111,6 +111,8 @@ public:
     }
 
     void stream_gain_changed(double changed) override { gain.call(changed); }
+
+    void output_returned() override { output.call(); }
 
     // Streams.
 
@@ -202,11 +204,10 @@ public:
 
     Listener<sound_type_e, unsigned> volume;
     Listener<double> gain;
+    Listener<> output;
 
 private:
-    SoundManager()
-        : backend_(host::sound_server_answers() ? host::sound::create_pulse_backend(*this)
-                                                : host::sound::create_builtin_backend(*this)) {}
+    SoundManager() : backend_(*this) {}
 
     [[nodiscard]] std::shared_ptr<sound_stream_info_s> find_stream(StreamId id) const {
         const std::lock_guard lock(mutex_);
@@ -229,7 +230,7 @@ private:
     // In this order: what reports goes first, then the threads, then what they use.
     CallbackThread report_thread_;
     CallbackThread focus_thread_;
-    std::unique_ptr<Backend> backend_;
+    BackendChoice backend_;
     std::unique_ptr<Focus> focus_;
 };
 
@@ -251,7 +252,7 @@ bool is_sound_type(sound_type_e type) {
 }
 
 bool is_level(sound_type_e type, int level) {
-    return is_sound_type(type) && level >= 0 && level <= manager().backend().max_volume(type);
+    return is_sound_type(type) && level >= 0 && level <= manager().backend()->max_volume(type);
 }
 
 FocusStatement statement_of(int behavior, const char *extra_info) {
@@ -260,7 +261,7 @@ FocusStatement statement_of(int behavior, const char *extra_info) {
 
 /// What a server tells first is no change to anybody, unless somebody has asked before.
 void learn_what_is_there() {
-    (void)manager().backend().devices();
+    (void)manager().backend()->devices();
 }
 
 bool are_focus_arguments(sound_stream_focus_mask_e mask, int behavior) {
@@ -272,17 +273,25 @@ bool are_focus_arguments(sound_stream_focus_mask_e mask, int behavior) {
 namespace host {
 
 double stream_gain() {
-    return manager().backend().stream_gain();
+    return manager().backend()->stream_gain();
 }
 
 void on_stream_gain_changed(std::function<void(double)> changed) {
     manager().gain.set(std::move(changed));
 }
 
+void on_sound_output_returned(std::function<void()> returned) {
+    manager().output.set(std::move(returned));
+}
+
 namespace sound {
 
-Backend &backend() {
+std::shared_ptr<Backend> backend() {
     return manager().backend();
+}
+
+void choose_backend() {
+    manager().choose();
 }
 
 void use_backend(BackendFactory factory) {
@@ -363,7 +372,7 @@ int sound_manager_get_max_volume(sound_type_e type, int *max) {
     if (!is_sound_type(type) || max == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    *max = manager().backend().max_volume(type);
+    *max = manager().backend()->max_volume(type);
     return SOUND_MANAGER_ERROR_NONE;
 }
 
@@ -371,15 +380,15 @@ int sound_manager_set_volume(sound_type_e type, int volume) {
     if (!is_level(type, volume)) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    return manager().backend().set_volume(type, volume) ? SOUND_MANAGER_ERROR_NONE
-                                                        : SOUND_MANAGER_ERROR_INTERNAL;
+    return manager().backend()->set_volume(type, volume) ? SOUND_MANAGER_ERROR_NONE
+                                                         : SOUND_MANAGER_ERROR_INTERNAL;
 }
 
 int sound_manager_get_volume(sound_type_e type, int *volume) {
     if (!is_sound_type(type) || volume == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    const auto level = manager().backend().volume(type);
+    const auto level = manager().backend()->volume(type);
     if (!level) {
         return SOUND_MANAGER_ERROR_INTERNAL;
     }
@@ -460,7 +469,7 @@ int sound_manager_get_device_list(int device_mask, sound_device_list_h *device_l
     if (!is_mask(device_mask, kDeviceBits) || device_list == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    auto devices = manager().backend().devices();
+    auto devices = manager().backend()->devices();
     if (!devices) {
         return SOUND_MANAGER_ERROR_INTERNAL;
     }
@@ -505,7 +514,7 @@ int sound_manager_get_a2dp_status(bool *connected, char **bt_name) {
     if (connected == nullptr || bt_name == nullptr) {
         return SOUND_MANAGER_ERROR_INVALID_PARAMETER;
     }
-    const auto devices = manager().backend().devices();
+    const auto devices = manager().backend()->devices();
     if (!devices) {
         return SOUND_MANAGER_ERROR_INTERNAL;
     }

@@ -451,6 +451,77 @@ TEST_F(PlayerMedia, ALostSoundOutputDoesNotEndThePlayback) {
     ::unsetenv("PULSE_SERVER");
 }
 
+TEST_F(PlayerMedia, AReturnedSoundOutputIsTakenWhereThePlaybackIs) {
+    prepare("h264_aac.mp4");
+    seek(4000, true);
+    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([this] { return position() > 4200; }));
+    const int before = position();
+    seams::return_sound();
+    ASSERT_TRUE(until([&] {
+        EXPECT_GE(position(), before);
+        return seams::sound_sinks_asked_for() == 2;
+    }));
+    ASSERT_TRUE(until([&] {
+        EXPECT_GE(position(), before);
+        return position() > before + 500;
+    }));
+    player_state_e state = PLAYER_STATE_NONE;
+    ASSERT_EQ(player_get_state(player_, &state), PLAYER_ERROR_NONE);
+    EXPECT_EQ(state, PLAYER_STATE_PLAYING);
+    // Nobody has been told of anything.
+    EXPECT_EQ(events_.prepared, 1);
+    EXPECT_EQ(events_.seeks, 1);
+    EXPECT_EQ(events_.completed, 0);
+    EXPECT_EQ(events_.error, 0);
+}
+
+TEST_F(PlayerMedia, AReturnedSoundOutputLeavesAPauseAsItIs) {
+    const auto area = support::PictureArea::covering(kScreen, 640, 360);
+    ASSERT_EQ(player_set_display_mode(player_, PLAYER_DISPLAY_MODE_CROPPED_FULL),
+              PLAYER_ERROR_NONE);
+    prepare("h264_aac.mp4");
+    seek(4010, true);
+    ASSERT_TRUE(shows(120, area));
+    const int frames = seams::plane().frames();
+    seams::return_sound();
+    // The picture is drawn again, and no other one is seen on the way.
+    ASSERT_TRUE(until([&] {
+        EXPECT_EQ(shown_number(area), 120);
+        return seams::plane().frames() > frames;
+    }));
+    EXPECT_EQ(seams::sound_sinks_asked_for(), 2);
+    EXPECT_NEAR(position(), 4010, kFrameMs);
+    support::run_main_loop_for(0.2);
+    EXPECT_NEAR(position(), 4010, kFrameMs);
+    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([this] { return position() > 4300; }));
+}
+
+TEST_F(PlayerMedia, SeeksAcrossTheReturnOfTheSoundCompleteWhereTheyLead) {
+    prepare("h264_aac.mp4");
+    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    const auto begin_seek = [this](int target_ms) {
+        return player_set_play_position(
+            player_, target_ms, true, [](void *events) { ++static_cast<Events *>(events)->seeks; },
+            &events_);
+    };
+    ASSERT_EQ(begin_seek(5000), PLAYER_ERROR_NONE);
+    seams::return_sound();
+    ASSERT_EQ(begin_seek(6000), PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([&] { return seams::sound_sinks_asked_for() == 2; }));
+    ASSERT_EQ(begin_seek(7000), PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([&] { return events_.seeks == 3 && position() > 7200; }));
+    EXPECT_LT(position(), 9500);
+}
+
+TEST_F(PlayerMedia, AReturnedSoundOutputIsNoneOfASilentMedium) {
+    prepare("video_only.mp4");
+    seams::return_sound();
+    seek(500, true);
+    EXPECT_EQ(seams::sound_sinks_asked_for(), 1);
+}
+
 TEST_F(PlayerMedia, TheRateChangesThePace) {
     prepare("video_only.mp4");
     ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);

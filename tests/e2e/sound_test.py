@@ -1,6 +1,7 @@
 """Focus, volume and devices: two players and others that want the sound, a sound server that is
 driven by pactl and one that dies."""
 
+import json
 import os
 import signal
 import subprocess
@@ -13,7 +14,7 @@ import e2e
 class SoundServer:
     """A sound server of its own, with a sink that plays into nothing in real time."""
 
-    def __init__(self, directory):
+    def __init__(self, directory, runs=True):
         self.directory = directory
         self.socket = os.path.join(directory, "native")
         self.name = f"unix:{self.socket}"
@@ -21,7 +22,8 @@ class SoundServer:
                                 DBUS_SESSION_BUS_ADDRESS="disabled:", PULSE_SERVER=self.name)
         self.environment.pop("DISPLAY", None)
         self.process = None
-        self.start()
+        if runs:
+            self.start()
 
     def start(self):
         self.process = e2e.Process(
@@ -43,13 +45,21 @@ class SoundServer:
     def volume(self):
         return self.pactl("get-sink-volume", "@DEFAULT_SINK@")
 
+    def plays(self, player):
+        """Whether a stream of this player is heard."""
+        streams = json.loads(self.pactl("-f", "json", "list", "sink-inputs") or "[]")
+        return [stream["corked"] for stream in streams
+                if stream["properties"]["application.process.id"] == str(player.child.pid)
+                ] == [False]
+
     def kill(self):
         self.process.child.send_signal(signal.SIGKILL)
         self.process.child.wait()
         os.unlink(self.socket)
 
     def end(self):
-        self.process.end()
+        if self.process is not None:
+            self.process.end()
 
 
 class Focus(e2e.TestCase):
@@ -174,6 +184,62 @@ class Server(e2e.TestCase):
         player.wait("sound.backend==pulse && volume==15")
         player.control("quit")
         player.expect_exit(0)
+
+    def assert_undisturbed(self, player, position):
+        state = player.state()
+        self.assertEqual((state["popup"], state["player"]), (None, "playing"))
+        # Not from the start again, and not on from a later place.
+        self.assertGreaterEqual(state["position"], position)
+        self.assertLess(state["position"], position + 15000)
+        self.assertFalse(player.log_has("Playback fails"))
+
+    def test_sound_comes_back_with_the_server(self):
+        player = self.play(e2e.LONG)
+        e2e.wait_until(lambda: self.server.plays(player), "the sound")
+        self.turn(player, 2)
+        player.wait("position>9000")
+        for _ in range(2):
+            position = player.state()["position"]
+            self.server.kill()
+            player.wait(f"volume==null && player==playing && position>{position + 500}")
+            self.server.start()
+            e2e.wait_until(lambda: self.server.plays(player), "the sound's return")
+            self.assert_undisturbed(player, position)
+            position = player.state()["position"]
+            player.wait(f"position>{position + 500}")
+        player.control("quit")
+        player.expect_exit(0)
+
+    def test_server_that_restarts_in_a_pause_is_heard_after_it(self):
+        player = self.play(e2e.LONG)
+        player.wait("position>1000")
+        self.press(player, "video/pause")
+        position = player.wait("player==paused")["position"]
+        self.server.kill()
+        player.wait("volume==null")
+        self.server.start()
+        state = player.wait("volume==15 && player==paused")
+        self.assertAlmostEqual(state["position"], position, delta=100)
+        self.press(player, "video/play")
+        player.wait(f"player==playing && position>{position + 300}")
+        e2e.wait_until(lambda: self.server.plays(player), "the sound")
+        self.assert_undisturbed(player, position)
+
+
+class LateServer(e2e.TestCase):
+    def test_it_is_taken_into_use_while_the_film_plays(self):
+        server = SoundServer(self.directory, runs=False)
+        self.addCleanup(server.end)
+        self.environment["PULSE_SERVER"] = server.name
+        player = self.play(e2e.LONG)
+        player.control("volume", 6)
+        position = player.wait("sound.backend==builtin && volume==6 && position>1000")["position"]
+        server.start()
+        player.wait("sound.backend==pulse && volume==15")
+        e2e.wait_until(lambda: server.plays(player), "the sound")
+        self.assertGreaterEqual(player.state()["position"], position)
+        player.control("volume", 3)
+        e2e.wait_until(lambda: " 20% " in server.volume(), "the level of the server")
 
 
 if __name__ == "__main__":

@@ -18,9 +18,14 @@ class SoundServer {
 public:
     enum class Kind { pulseaudio, pipewire };
 
-    explicit SoundServer(Kind kind) : kind_(kind) {
+    enum class Begin { at_once, later };
+
+    /// @param begin  later: the server is named to everybody, and start() is the test's
+    explicit SoundServer(Kind kind, Begin begin = Begin::at_once) : kind_(kind) {
         setenv("PULSE_SERVER", ("unix:" + path()).c_str(), 1);
-        start();
+        if (begin == Begin::at_once) {
+            start();
+        }
     }
     ~SoundServer() {
         stop();

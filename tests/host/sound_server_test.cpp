@@ -221,4 +221,74 @@ TEST_P(ServerSound, CallbackSetBeforeTheFirstAnswerIsToldOfAllThatComesWithIt) {
     EXPECT_TRUE(early_levels.wait_for_entry({SOUND_TYPE_MEDIA, 15}));
 }
 
+TEST_P(ServerSound, OutputThatIsThereAgainIsTold) {
+    ASSERT_EQ(media_volume(), 15);
+    support::Reports<int> returns;
+    host::on_sound_output_returned([&returns] { returns.add(1); });
+    server.set_volume(20);
+    ASSERT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 3}));
+    EXPECT_TRUE(returns.entries().empty()) << "it was there all the time";
+    server.stop();
+    server.start();
+    EXPECT_TRUE(returns.wait_for(1));
+    host::on_sound_output_returned({});
+}
+
+class LateServerSound : public testing::Test {
+protected:
+    void SetUp() override { host::sound::choose_backend(); }
+    void TearDown() override {
+        host::on_sound_output_returned({});
+        host::on_stream_gain_changed({});
+        host::sound::use_backend(host::sound::create_builtin_backend);
+    }
+    static std::string backend() { return host::sound::backend()->name(); }
+
+    SoundServer server{SoundServer::Kind::pulseaudio, SoundServer::Begin::later};
+};
+
+TEST_F(LateServerSound, IsTakenWithAllThatItChanges) {
+    ASSERT_EQ(backend(), "builtin");
+    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 6), 0);
+    Levels levels;
+    Connections connections;
+    support::Reports<double> gains;
+    support::Reports<int> returns;
+    const VolumeCallback volume(report_level, &levels);
+    const DeviceCallback devices(SOUND_DEVICE_TYPE_EXTERNAL_MASK, connections);
+    host::on_stream_gain_changed([&gains](double gain) { gains.add(gain); });
+    host::on_sound_output_returned([&returns] { returns.add(1); });
+
+    server.start();
+    ASSERT_TRUE(returns.wait_for(1));
+    EXPECT_EQ(backend(), "pulse");
+    EXPECT_EQ(gains.entries(), std::vector{1.0});
+    EXPECT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 15}));
+    EXPECT_EQ(media_volume(), 15);
+    // The mixer's own output goes, the server's comes.
+    EXPECT_TRUE(connections.wait_for(2));
+    EXPECT_EQ(connections.entries(), (std::vector<Connection>{{SOUND_DEVICE_USB_AUDIO, false},
+                                                              {SOUND_DEVICE_USB_AUDIO, true}}));
+    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 4), 0);
+    const auto end = steady_clock::now() + support::report_deadline;
+    while (server.volume().find(" 27% ") == std::string::npos && steady_clock::now() < end) {
+        std::this_thread::sleep_for(milliseconds(2));
+    }
+    EXPECT_NE(server.volume().find(" 27% "), std::string::npos) << server.volume();
+}
+
+TEST_F(LateServerSound, StaysTheOneInUseWhenItGoes) {
+    server.start();
+    const auto end = steady_clock::now() + support::report_deadline;
+    while (backend() != "pulse" && steady_clock::now() < end) {
+        std::this_thread::sleep_for(milliseconds(2));
+    }
+    Connections connections;
+    const DeviceCallback devices(SOUND_DEVICE_TYPE_EXTERNAL_MASK, connections);
+    server.stop();
+    ASSERT_TRUE(connections.wait_for_entry({SOUND_DEVICE_USB_AUDIO, false}));
+    EXPECT_EQ(backend(), "pulse");
+    EXPECT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 4), SOUND_MANAGER_ERROR_INTERNAL);
+}
+
 }  // namespace

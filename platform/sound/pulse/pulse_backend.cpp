@@ -130,6 +130,7 @@ private:
     // With the lock held.
 
     void change_sink(std::optional<Sink> sink) {
+        const bool returned = !sink_ && sink;
         sink_ = std::move(sink);
         if (!sink_) {
             return;
@@ -137,6 +138,9 @@ private:
         const int level = level_of(*sink_);
         if (std::exchange(last_level_, level) != level && answered_) {
             events_.volume_changed(SOUND_TYPE_MEDIA, static_cast<unsigned>(level));
+        }
+        if (returned && answered_) {
+            events_.output_returned();
         }
     }
 

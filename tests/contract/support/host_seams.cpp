@@ -18,6 +18,8 @@ struct Reports {
     std::vector<std::string> failures;
     int completions = 0;
     std::string sound_sink = "fakesink";
+    int sound_sinks_asked_for = 0;
+    std::function<void()> on_sound_returned;
 };
 
 Reports &reports() {
@@ -97,6 +99,15 @@ void set_sound_sink(const char *element) {
     reports().sound_sink = element;
 }
 
+int sound_sinks_asked_for() {
+    const std::lock_guard lock(reports().mutex);
+    return reports().sound_sinks_asked_for;
+}
+
+void return_sound() {
+    reports().on_sound_returned();
+}
+
 void reset() {
     delete_window();
     current_plane.reset();
@@ -104,6 +115,7 @@ void reset() {
     reports().failures.clear();
     reports().completions = 0;
     reports().sound_sink = "fakesink";
+    reports().sound_sinks_asked_for = 0;
 }
 
 }  // namespace seams
@@ -126,6 +138,7 @@ void report_playback_completed() {
 
 const char *sound_sink_element() {
     const std::lock_guard lock(seams::reports().mutex);
+    ++seams::reports().sound_sinks_asked_for;
     return seams::reports().sound_sink == "fakesink" ? "fakesink" : "pulsesink";
 }
 
@@ -134,6 +147,10 @@ double stream_gain() {
 }
 
 void on_stream_gain_changed(std::function<void(double)>) {}
+
+void on_sound_output_returned(std::function<void()> returned) {
+    seams::reports().on_sound_returned = std::move(returned);
+}
 
 const Options &options() {
     static const Options defaults;

@@ -54,6 +54,10 @@ void delete_window();
 [[nodiscard]] int completions();
 /// The element that the next preparation gets for its sound.
 void set_sound_sink(const char *element);
+/// How often the player has asked for that element.
+[[nodiscard]] int sound_sinks_asked_for();
+/// Tells the player that there is a sound output again.
+void return_sound();
 /// Forgets all of the above.
 void reset();
 

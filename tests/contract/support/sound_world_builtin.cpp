@@ -5,7 +5,7 @@ namespace sound_world {
 namespace {
 
 host::sound::BuiltinBackend &builtin() {
-    return dynamic_cast<host::sound::BuiltinBackend &>(host::sound::backend());
+    return dynamic_cast<host::sound::BuiltinBackend &>(*host::sound::backend());
 }
 
 }  // namespace
