@@ -416,7 +416,7 @@ void Playback::return_sound() {
         return;
     }
     sound_returns_ = false;
-    if (live_ || !pipeline_->has_sound() || !pipeline_->seekable()) {
+    if (!pipeline_->has_sound() || (!live_ && !pipeline_->seekable())) {
         return;
     }
     sound_lost_ = false;

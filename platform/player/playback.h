@@ -82,7 +82,7 @@ public:
     void set_volume(const StreamVolume &volume);
     void set_subtitle_offset(int milliseconds);
     /// Goes on with the sound output that there is now, as soon as nothing else is under way. Stays
-    /// as it is where that would lead away from the position: a stream that can't be sought.
+    /// as it is where that would lead back to the beginning: a download that can't be sought in.
     void bring_sound_back();
     /// The medium as it was named.
     [[nodiscard]] const std::string &given() const { return source_.given(); }

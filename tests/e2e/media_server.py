@@ -13,6 +13,10 @@ import threading
 import time
 import urllib.parse
 
+import e2e
+
+# Debian's own interpreter, which has GStreamer's libraries.
+SYSTEM_PYTHON = "/usr/bin/python3"
 FFMPEG = ["ffmpeg", "-nostdin", "-v", "error"]
 TYPES = {".mp4": "video/mp4", ".webm": "video/webm", ".m3u8": "application/vnd.apple.mpegurl",
          ".ts": "video/mp2t"}
@@ -222,6 +226,22 @@ def make_hls(clip, folder):
     subprocess.run([*FFMPEG, "-i", clip, "-c", "copy", "-f", "hls", "-hls_time", "1",
                     "-hls_playlist_type", "vod", os.path.join(folder, "list.m3u8")], check=True)
     return folder
+
+
+class Camera:
+    """Serves one clip over RTSP, to each who asks from its start, at its own pace."""
+
+    def __init__(self, clip):
+        script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "rtsp_server.py")
+        self.process = e2e.Process([SYSTEM_PYTHON, script, clip], stdout=subprocess.PIPE,
+                                   stderr=subprocess.DEVNULL, text=True)
+        self.address = self.process.child.stdout.readline().strip()
+        if not self.address.startswith("rtsp://"):
+            raise AssertionError("the camera did not start")
+
+    def end(self):
+        self.process.end()
+        self.process.child.stdout.close()
 
 
 def wait_for_port(port, seconds=10.0):

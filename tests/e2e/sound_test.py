@@ -9,6 +9,7 @@ import time
 import unittest
 
 import e2e
+import media_server
 
 
 class SoundServer:
@@ -224,6 +225,21 @@ class Server(e2e.TestCase):
         player.wait(f"player==playing && position>{position + 300}")
         e2e.wait_until(lambda: self.server.plays(player), "the sound")
         self.assert_undisturbed(player, position)
+
+
+    def test_a_camera_goes_on_without_the_server_and_is_heard_again_with_it(self):
+        camera = media_server.Camera(e2e.clip("h264_aac.mp4"))
+        self.addCleanup(camera.end)
+        player = self.start(camera.address)
+        player.wait("player==playing && position>200")
+        self.assertTrue(self.server.plays(player))
+        self.server.kill()
+        player.wait("volume==null && player==playing && frames.shown<5")
+        player.wait("frames.shown>5")
+        self.server.start()
+        e2e.wait_until(lambda: self.server.plays(player), "the sound's return")
+        self.assertEqual(player.state()["player"], "playing")
+        self.assertFalse(player.log_has("Playback fails"))
 
 
 class LateServer(e2e.TestCase):

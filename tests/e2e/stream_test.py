@@ -1,15 +1,12 @@
 """What comes over a network: served by this machine to itself."""
 
 import os
-import subprocess
 
 import e2e
 import media_server
 
 CLIP = "h264_aac.mp4"
 CLIP_MS = 10_000
-# Debian's own interpreter, which has GStreamer's libraries.
-SYSTEM_PYTHON = "/usr/bin/python3"
 
 
 class Streams(e2e.TestCase):
@@ -79,14 +76,9 @@ class Streams(e2e.TestCase):
         player.expect_exit(0)
 
     def test_a_camera_plays(self):
-        camera = e2e.Process([SYSTEM_PYTHON, os.path.join(os.path.dirname(__file__) or ".",
-                                                          "rtsp_server.py"), e2e.clip(CLIP)],
-                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.addCleanup(camera.child.stdout.close)
+        camera = media_server.Camera(e2e.clip(CLIP))
         self.addCleanup(camera.end)
-        address = camera.child.stdout.readline().strip()
-        self.assertTrue(address.startswith("rtsp://"), "the camera did not start")
-        player = self.start_stream(address)
+        player = self.start_stream(camera.address)
         position = player.wait("position>=100")["position"]
         player.wait(f"position>={position + 1500}")
         self.assertGreater(player.state()["frames"]["shown"], 0)
