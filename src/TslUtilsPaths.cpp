@@ -274,6 +274,10 @@ char *TslUtils::convertFilePathToAbstractPath(const char *szFilePath) {
         return nullptr;
     }
     const StorageLabel label = getStorageLabel(nType);
+    if (label.szPrefix == nullptr) {
+        // The storage has gone since its class was found.
+        return nullptr;
+    }
     std::string strPath(szFilePath);
     // By length alone, wherever the storage's path stands.
     strPath.replace(0, std::strlen(label.szPrefix), dgettext(TEXT_DOMAIN, label.szTextId));

@@ -15,9 +15,8 @@ struct Shortcut {
 constexpr std::array kShortcuts{
     Shortcut{KeyAction::back, {"Escape", "XF86Back"}, "back: ends the player, closes a message"},
     Shortcut{KeyAction::more, {"Menu", "F10"}, "the more key"},
-    Shortcut{KeyAction::home,
-             {"Home", "XF86HomePage"},
-             "leaves the foreground, which ends the player"},
+    Shortcut{
+        KeyAction::home, {"Home", "XF86HomePage"}, "leaves the foreground, which ends the player"},
     Shortcut{KeyAction::clockwise, {"Right"}, "turns the bezel clockwise by a detent"},
     Shortcut{KeyAction::counter_clockwise, {"Left"}, "turns the bezel back by a detent"},
     Shortcut{KeyAction::turn_watch, {"F9"}, "turns the watch by a quarter"},

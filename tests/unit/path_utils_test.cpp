@@ -274,6 +274,18 @@ TEST(ShownPathOf, NoStorageIsNone) {
     EXPECT_TRUE(OnlyFaultsLogged({logs::warn("FilePath is nullptr.")}));
 }
 
+TEST(ShownPathFailure, StorageThatGoesBetweenTwoLooksGivesNull) {
+    EXPECT_CALL(mock::storage(), storage_get_root_directory)
+        .WillOnce([](int, char **path) {
+            *path = strdup("/opt/usr/media");
+            return STORAGE_ERROR_NONE;
+        })
+        .WillOnce(testing::Return(static_cast<int>(STORAGE_ERROR_NOT_SUPPORTED)));
+    EXPECT_FALSE(taken(TslUtils::convertFilePathToAbstractPath("/opt/usr/media/a.mp4")));
+    EXPECT_TRUE(OnlyFaultsLogged(
+        {logs::error("* Critical * It is failed to get root directory of storage.")}));
+}
+
 TEST(FindString, AdvancesByTheByteThatIsFound) {
     // The third byte is a line feed, whose number is 10.
     const char source[] = "ab\ncdefghijklmn";

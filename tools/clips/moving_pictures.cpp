@@ -60,7 +60,7 @@ void fill(Picture &picture, double left, double top, double right, double bottom
     for (long y = std::lround(top); y < std::lround(bottom); ++y) {
         for (long x = std::lround(left); x < std::lround(right); ++x) {
             if (x >= 0 && y >= 0 && x < picture.width && y < picture.height) {
-                picture.luma(x, y) = value;
+                picture.luma(static_cast<int>(x), static_cast<int>(y)) = value;
             }
         }
     }
