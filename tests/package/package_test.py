@@ -9,11 +9,14 @@ import tempfile
 import unittest
 
 BUILD = os.environ["TESSEL_BUILD"]
+TRY_IN_CLEAN_ROOT = os.path.join(os.path.dirname(__file__), "../../packaging/try-in-clean-root")
 LIMIT = 120
+# A Debian is fetched, and half of it again.
+CLEAN_ROOT_LIMIT = 1500
 
 
-def run(*command, **options):
-    done = subprocess.run(command, capture_output=True, text=True, timeout=LIMIT,
+def run(*command, limit=LIMIT, **options):
+    done = subprocess.run(command, capture_output=True, text=True, timeout=limit,
                           stdin=subprocess.DEVNULL, **options)
     if done.returncode != 0:
         raise AssertionError(f"{' '.join(command)} ended with {done.returncode}:\n"
@@ -21,7 +24,7 @@ def run(*command, **options):
     return done.stdout + done.stderr
 
 
-class Package(unittest.TestCase):
+class PackageTestCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp(prefix="tessel-package-")
@@ -29,6 +32,18 @@ class Package(unittest.TestCase):
         run("cpack", "--config", f"{BUILD}/CPackConfig.cmake", "-B", f"{cls.folder}/made",
             cwd=cls.folder)
         [cls.package] = glob.glob(f"{cls.folder}/made/*.deb")
+
+    def clip(self):
+        path = f"{self.folder}/clip.webm"
+        run("ffmpeg", "-nostdin", "-loglevel", "error", "-y", "-f", "lavfi",
+            "-i", "testsrc2=size=64x64:rate=10:duration=1", "-c:v", "libvpx", path)
+        return path
+
+
+class Package(PackageTestCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
         cls.root = f"{cls.folder}/root"
         run("dpkg-deb", "--extract", cls.package, cls.root)
 
@@ -73,6 +88,23 @@ class Package(unittest.TestCase):
                 if word.startswith("--"):
                     self.assertIn(word.strip(",;."), warnings.stdout)
 
+    def test_the_shell_completes_the_player(self):
+        script = (f"PATH={self.path('bin')}:$PATH; . {self.path('share/bash-completion/completions/tessel')};"
+                  "COMP_WORDS=(tessel --fr); COMP_CWORD=1; _tessel; echo ${COMPREPLY[@]};"
+                  "COMP_WORDS=(tessel --frame n); COMP_CWORD=2; _tessel; echo ${COMPREPLY[@]};"
+                  "COMP_WORDS=(tessel --screen ''); COMP_CWORD=2; _tessel; echo ${COMPREPLY[@]}")
+        self.assertEqual(run("bash", "-c", script).split(), ["--frame", "none"])
+
+    def test_the_manual_tells_of_the_keys_as_the_help_does(self):
+        page = subprocess.run(["man", "--local-file", self.path("share/man/man1/tessel.1")],
+                              capture_output=True, text=True, timeout=LIMIT,
+                              env=dict(os.environ, LC_ALL="C.UTF-8", MANWIDTH="200")).stdout
+        page = " ".join(page.split())
+        keys = run(self.path("bin/tessel"), "--help").split("\nKeys:\n")[1].split("\n\n")[0]
+        for line in keys.splitlines():
+            names, meaning = line.strip().split("   ", 1)
+            self.assertIn(f"{names} {meaning.strip()}", page)
+
     def test_the_shell_completes_the_tool(self):
         script = (f"PATH={self.path('bin')}:$PATH; . {self.path('share/bash-completion/completions/tesselctl')};"
                   "COMP_WORDS=(tesselctl ro); COMP_CWORD=1; _tesselctl; echo ${COMPREPLY[@]};"
@@ -80,9 +112,6 @@ class Package(unittest.TestCase):
         self.assertEqual(run("bash", "-c", script).split(), ["rotate", "back"])
 
     def test_runs_from_where_it_was_installed(self):
-        clip = f"{self.folder}/clip.webm"
-        run("ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi",
-            "-i", "testsrc2=size=64x64:rate=10:duration=1", "-c:v", "libvpx", clip)
         environment = {key: value for key, value in os.environ.items()
                        if key not in ("DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS")}
         for name in ("HOME", "XDG_RUNTIME_DIR"):
@@ -90,7 +119,7 @@ class Package(unittest.TestCase):
             os.makedirs(environment[name], mode=0o700, exist_ok=True)
         picture = f"{self.folder}/picture.png"
         run(self.path("bin/tessel"), "--headless", "--new-instance", "--screenshot",
-            f"{picture}@0.2", clip, env=environment)
+            f"{picture}@0.2", self.clip(), env=environment)
         self.assertTrue(os.path.getsize(picture) > 0)
 
     def test_goes_without_a_trace(self):
@@ -110,6 +139,12 @@ class Package(unittest.TestCase):
     def files(root):
         return sorted(os.path.join(folder, name) for folder, _, names in os.walk(root)
                       for name in names if "/var/lib/dpkg" not in folder)
+
+
+class CleanRoot(PackageTestCase):
+    def test_installs_plays_and_goes(self):
+        said = run(TRY_IN_CLEAN_ROOT, self.package, self.clip(), limit=CLEAN_ROOT_LIMIT)
+        self.assertIn("It installed, played and went without a trace", said)
 
 
 if __name__ == "__main__":
