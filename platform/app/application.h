@@ -30,6 +30,8 @@ public:
     [[nodiscard]] int run(int argc, char **argv, Options options);
 
     void set_foreground(bool foreground);
+    /// While the screen is off nothing is in the foreground.
+    void set_screen_on(bool on);
     /// Delivers a request on a later turn of the main loop.
     void launch(AppControlPtr request);
     void raise();
@@ -52,6 +54,7 @@ private:
     void expect_request();
     void deliver(const app_control_s &request);
     void deliver_from_bus(const std::shared_ptr<Instance::Delivery> &delivery);
+    void follow_foreground();
     void end();
 
     ApplicationKind &kind_;
@@ -65,7 +68,9 @@ private:
     std::unique_ptr<Ecore_Timer, TimerDelete> patience_;  ///< while a first request is awaited
     bool created_ = false;
     bool launched_ = false;
-    bool foreground_ = false;
+    bool in_front_ = false;  ///< of all applications
+    bool screen_on_ = true;
+    bool foreground_ = false;  ///< as the application has been told
     bool ended_ = false;
 };
 

@@ -24,9 +24,11 @@
 #include "common/service_thread.h"
 #include "control/control.h"
 #include "i18n/locale.h"
+#include "i18n/locale_watch.h"
 #include "messaging/desktop_application.h"
 #include "messaging/session_bus.h"
 #include "power/battery.h"
+#include "power/screen_watch.h"
 #include "shell/shell.h"
 
 namespace host {
@@ -175,6 +177,10 @@ void Application::run_loop() {
         screenshot_.emplace(*options().screenshot, [this] { return kind_.has_picture(); });
     }
     start_battery_watch();
+    start_locale_watch();
+    if (kind_.has_screen() && options().watch_profile) {
+        start_screen_watch();
+    }
     // From inside the loop, as ending it before it runs would be forgotten.
     post_to_main_loop([this] { create(); });
     elm_run();
@@ -269,7 +275,20 @@ void Application::launch(AppControlPtr request) {
 }
 
 void Application::set_foreground(bool foreground) {
-    if (!launched_ || ended_ || foreground_ == foreground) {
+    if (launched_) {
+        in_front_ = foreground;
+        follow_foreground();
+    }
+}
+
+void Application::set_screen_on(bool on) {
+    screen_on_ = on;
+    follow_foreground();
+}
+
+void Application::follow_foreground() {
+    const bool foreground = in_front_ && screen_on_;
+    if (ended_ || foreground_ == foreground) {
         return;
     }
     foreground_ = foreground;
@@ -302,6 +321,8 @@ void Application::end() {
     instance_.reset();
     stop_accessibility();
     stop_battery_watch();
+    stop_locale_watch();
+    stop_screen_watch();
     close_session_bus();
     stop_service_thread();
 }
@@ -315,6 +336,18 @@ void leave_foreground() {
 void enter_foreground() {
     if (Application *const application = Application::current(); application != nullptr) {
         application->set_foreground(true);
+    }
+}
+
+void screen_went_off() {
+    if (Application *const application = Application::current(); application != nullptr) {
+        application->set_screen_on(false);
+    }
+}
+
+void screen_came_on() {
+    if (Application *const application = Application::current(); application != nullptr) {
+        application->set_screen_on(true);
     }
 }
 

@@ -12,6 +12,10 @@ namespace host {
 void leave_foreground();
 /// The application is in the foreground again.
 void enter_foreground();
+/// The screen of the machine goes off, as it does on the wrist: whatever is in the foreground is
+/// paused until it comes on again.
+void screen_went_off();
+void screen_came_on();
 /// Ends the application through terminate, as SIGTERM does.
 void request_exit();
 /// Raises a system event to the handlers of ui_app_add_event_handler().

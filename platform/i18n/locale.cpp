@@ -10,6 +10,7 @@
 #include <cctype>
 #include <clocale>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -35,33 +36,55 @@ constexpr int kTwelveHours = 1;
 constexpr int kTwentyFourHours = 2;
 constexpr const char *kPlainLocale = "C.UTF-8";
 constexpr const char *kDefaultLanguage = "en";
+constexpr const char *kDefaultRegion = "en_US";
 
 bool is_plain(std::string_view locale) {
     return locale.empty() || locale == "C" || locale == "POSIX" || locale.starts_with("C.");
 }
 
+/// Gives a variable's value, empty for one that isn't set.
+using Variables = std::function<std::string(const char *variable)>;
+
 // The first of the variables that is set decides, as everywhere.
-std::optional<std::string> first_set(std::initializer_list<const char *> variables) {
+std::optional<std::string> first_set(const Variables &value_of,
+                                     std::initializer_list<const char *> variables) {
     for (const char *variable : variables) {
-        const char *value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') {
+        const std::string value = value_of(variable);
+        if (!value.empty()) {
             return is_plain(value) ? std::nullopt : std::optional<std::string>(value);
         }
     }
     return std::nullopt;
 }
 
-EnvironmentLocale read_environment() {
-    EnvironmentLocale locale;
-    const char *list = std::getenv("LANGUAGE");
-    locale.language = first_set({"LC_ALL", "LC_MESSAGES", "LANG"});
-    if (list != nullptr && *list != '\0') {
-        const std::string_view first =
-            std::string_view(list).substr(0, std::string_view(list).find(':'));
-        locale.language = std::string(first);
+NamedLocale read_locale(const Variables &value_of) {
+    NamedLocale locale;
+    locale.language = first_set(value_of, {"LC_ALL", "LC_MESSAGES", "LANG"});
+    const std::string list = value_of("LANGUAGE");
+    if (!list.empty()) {
+        locale.language = list.substr(0, list.find(':'));
     }
-    locale.region = first_set({"LC_ALL", "LC_TIME", "LANG"});
+    locale.region = first_set(value_of, {"LC_ALL", "LC_TIME", "LANG"});
     return locale;
+}
+
+NamedLocale read_environment() {
+    return read_locale([](const char *variable) {
+        const char *const value = std::getenv(variable);
+        return std::string(value != nullptr ? value : "");
+    });
+}
+
+NamedLocale read_assignments(const std::vector<std::string> &assignments) {
+    return read_locale([&assignments](const char *variable) {
+        const std::string begin = std::string(variable) + '=';
+        for (const std::string &assignment : assignments) {
+            if (assignment.starts_with(begin)) {
+                return assignment.substr(begin.size());
+            }
+        }
+        return std::string();
+    });
 }
 
 std::string without_codeset(const std::string &locale) {
@@ -127,10 +150,15 @@ void set_process_locale() {
     std::setlocale(LC_NUMERIC, "C");
 }
 
+void speak(const std::string &language) {
+    __wrap_elm_language_set(language.c_str());
+    raise_app_event(APP_EVENT_LANGUAGE_CHANGED);
+}
+
 }  // namespace
 
-const EnvironmentLocale &environment_locale() {
-    static const EnvironmentLocale locale = read_environment();
+const NamedLocale &environment_locale() {
+    static const NamedLocale locale = read_environment();
     return locale;
 }
 
@@ -161,8 +189,7 @@ const std::string &current_language() {
 void change_language(const std::string &language) {
     // A file that can't be written leaves the language changed for this process.
     static_cast<void>(set_setting(kLanguageKey, language));
-    __wrap_elm_language_set(language.c_str());
-    raise_app_event(APP_EVENT_LANGUAGE_CHANGED);
+    speak(language);
 }
 
 std::optional<std::string> current_region() {
@@ -180,6 +207,19 @@ Clock current_clock() {
     return vconf_get_int(kClockKey, &clock) == 0 && clock == kTwelveHours
                ? Clock::twelve_hours
                : Clock::twenty_four_hours;
+}
+
+void follow_locale(const std::vector<std::string> &assignments) {
+    const NamedLocale locale = read_assignments(assignments);
+    const std::string language = locale.language.value_or(kDefaultLanguage);
+    if (without_codeset(language) != current_language() &&
+        follow_desktop_setting(kLanguageKey, language)) {
+        speak(language);
+    }
+    const std::string region = locale.region.value_or(kDefaultRegion);
+    if (region != current_region() && follow_desktop_setting(kRegionKey, region)) {
+        raise_app_event(APP_EVENT_REGION_FORMAT_CHANGED);
+    }
 }
 
 void change_clock(Clock clock) {

@@ -2,17 +2,18 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace host {
 
-/// Locales as the environment of the process names them, as "fr_FR.UTF-8". Absent where it names
-/// none, or the C or POSIX locale.
-struct EnvironmentLocale {
+/// Locales as variables such as LANG name them, as "fr_FR.UTF-8". Absent where they name none, or
+/// the C or POSIX locale.
+struct NamedLocale {
     std::optional<std::string> language;
     std::optional<std::string> region;
 };
 /// The environment as the process found it. Any thread.
-[[nodiscard]] const EnvironmentLocale &environment_locale();
+[[nodiscard]] const NamedLocale &environment_locale();
 
 /// Gives the process its language and locale: the environment's, else that of the settings, else
 /// English; always a UTF-8 one that is installed, numbers always written the C way, English always
@@ -42,6 +43,11 @@ void change_language(const std::string &language);
 /// loop.
 /// @param region  a name such as "en_GB" or "en_GB.UTF-8"
 void change_region(const std::string &region);
+
+/// The desktop has another locale from now on: language and region become its own, each with its
+/// event where that is a change, but where the user has chosen another. Main loop.
+/// @param assignments  such as "LANG=fr_FR.UTF-8" and "LC_TIME=en_GB.UTF-8"
+void follow_locale(const std::vector<std::string> &assignments);
 
 enum class Clock { twelve_hours = 12, twenty_four_hours = 24 };
 /// How times of the day are written; 24 hours where the settings don't say. Any thread.

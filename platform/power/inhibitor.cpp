@@ -10,6 +10,7 @@
 #include "common/service_thread.h"
 #include "common/unique_fd.h"
 #include "messaging/session_bus.h"
+#include "messaging/system_bus.h"
 
 namespace host {
 namespace {
@@ -77,23 +78,13 @@ void Inhibitor::Request::log_absence(const std::string &reason) {
 }
 
 void Inhibitor::Request::start() {
-    g_bus_get(
-        G_BUS_TYPE_SYSTEM, nullptr,
-        [](GObject *, GAsyncResult *result, gpointer data) {
-            const auto self = unhold(data);
-            GErrorPtr error;
-            const GObjectPtr<GDBusConnection> bus(g_bus_get_finish(result, out(error)));
-            if (!bus) {
-                self->fall_back(error->message);
-                return;
-            }
-            // A bus that dies must not take the player with it.
-            g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-            if (self->wanted) {
-                self->call_logind(bus.get());
-            }
-        },
-        hold());
+    with_system_bus([self = shared_from_this()](GDBusConnection *bus, const char *why_not) {
+        if (bus == nullptr) {
+            self->fall_back(why_not);
+        } else if (self->wanted) {
+            self->call_logind(bus);
+        }
+    });
 }
 
 void Inhibitor::Request::call_logind(GDBusConnection *bus) {

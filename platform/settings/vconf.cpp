@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 
 #include "common/gobject.h"
 #include "i18n/locale.h"
@@ -56,7 +57,7 @@ std::optional<Name> split_name(const std::string &name) {
 class Settings {
 public:
     Settings() {
-        const EnvironmentLocale &locale = environment_locale();
+        const NamedLocale &locale = environment_locale();
         if (locale.language) {
             overrides_[kLanguageKey] = *locale.language;
         }
@@ -71,18 +72,21 @@ public:
         if (found != overrides_.end()) {
             return found->second;
         }
-        const auto split = split_name(name);
-        if (!split) {
-            return std::nullopt;
+        return stored(name);
+    }
+
+    bool follow(const std::string &name, const std::string &value) {
+        const std::lock_guard lock(mutex_);
+        if (chosen_.contains(name) || (!overrides_.contains(name) && stored(name))) {
+            return false;
         }
-        refresh();
-        const GText text(
-            g_key_file_get_string(file_.get(), split->group.c_str(), split->key.c_str(), nullptr));
-        return text ? std::optional<std::string>(text.get()) : std::nullopt;
+        overrides_[name] = value;
+        return true;
     }
 
     bool set(const std::string &name, const std::string &value) {
         const std::lock_guard lock(mutex_);
+        chosen_.insert(name);
         const auto split = split_name(name);
         if (!split) {
             return false;
@@ -98,12 +102,24 @@ public:
     }
 
 private:
+    /// What the file says.
+    std::optional<std::string> stored(const std::string &name) {
+        const auto split = split_name(name);
+        if (!split) {
+            return std::nullopt;
+        }
+        refresh();
+        const GText text(
+            g_key_file_get_string(file_.get(), split->group.c_str(), split->key.c_str(), nullptr));
+        return text ? std::optional<std::string>(text.get()) : std::nullopt;
+    }
+
     void refresh() {
-        const FileStamp now = FileStamp::of(stored_.path());
+        const FileStamp now = FileStamp::of(key_file_.path());
         if (file_ && now == stamp_) {
             return;
         }
-        file_ = stored_.read();
+        file_ = key_file_.read();
         if (!file_) {
             // One that can't be read is one without settings.
             file_.reset(g_key_file_new());
@@ -112,14 +128,15 @@ private:
     }
 
     bool write(const Name &name, const std::string &value) {
-        return stored_.change([&name, &value](GKeyFile *file) {
+        return key_file_.change([&name, &value](GKeyFile *file) {
             g_key_file_set_string(file, name.group.c_str(), name.key.c_str(), value.c_str());
         });
     }
 
-    StoredKeyFile stored_{std::string(g_get_user_config_dir()) + "/tessel", "settings.ini"};
+    StoredKeyFile key_file_{std::string(g_get_user_config_dir()) + "/tessel", "settings.ini"};
     std::mutex mutex_;
     std::map<std::string, std::string> overrides_;
+    std::set<std::string> chosen_;  ///< set by the user in this process
     KeyFilePtr file_;
     FileStamp stamp_;
 };
@@ -133,6 +150,10 @@ Settings &settings() {
 
 bool set_setting(const std::string &key, const std::string &value) {
     return settings().set(key, value);
+}
+
+bool follow_desktop_setting(const std::string &key, const std::string &value) {
+    return settings().follow(key, value);
 }
 
 }  // namespace host

@@ -115,7 +115,9 @@ void terminate(void *) {
 
 void pause(void *) {
     tell("pause");
-    elm_exit();
+    if (!asked("PROBE_PAUSE", "stay")) {
+        elm_exit();
+    }
 }
 
 void resume(void *) {

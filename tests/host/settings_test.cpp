@@ -159,6 +159,24 @@ TEST_F(Settings, ThatCannotBeWrittenHoldForTheProcess) {
     std::filesystem::remove(config_home() + "/tessel");
 }
 
+TEST_F(Settings, OfTheDesktopHoldForTheProcessAndAreNotWritten) {
+    write_file("[db/other]\nkey=1\n");
+    EXPECT_TRUE(host::follow_desktop_setting("db/test/desktop", "first"));
+    EXPECT_TRUE(host::follow_desktop_setting("db/test/desktop", "second"));
+    EXPECT_EQ(text_of("db/test/desktop"), "second");
+    EXPECT_EQ(read_file(), "[db/other]\nkey=1\n");
+}
+
+TEST_F(Settings, ThatTheUserHasChosenStayWhateverTheDesktopSays) {
+    write_file("[db/test]\nearlier=mine\n");
+    EXPECT_FALSE(host::follow_desktop_setting("db/test/earlier", "theirs"));
+    EXPECT_EQ(text_of("db/test/earlier"), "mine");
+    EXPECT_TRUE(host::follow_desktop_setting("db/test/later", "theirs"));
+    EXPECT_TRUE(host::set_setting("db/test/later", "mine"));
+    EXPECT_FALSE(host::follow_desktop_setting("db/test/later", "theirs"));
+    EXPECT_EQ(text_of("db/test/later"), "mine");
+}
+
 // Last of this file's, as it sets what the others leave alone.
 TEST_F(Settings, LanguageAndRegionComeFromTheEnvironmentUntilTheyAreSet) {
     write_file("[db/menu_widget]\nlanguage=de_DE\nregionformat=de_DE\n");
