@@ -214,8 +214,8 @@ int player_set_progressive_download_path(player_h player, const char *path);
 int player_get_progressive_download_status(player_h player, unsigned long *current,
                                            unsigned long *total_size);
 /** Any state; from the next preparation on. @param path  a file of subtitles, copied; null: none.
- *  NO_SUCH_FILE, INVALID_OPERATION: it can't be read. One that holds no subtitles shows none. The
- *  medium ends when its last subtitle is due, if that is later. */
+ *  NO_SUCH_FILE, INVALID_OPERATION: it can't be read. One that holds no subtitles shows none.
+ *  What is due after the end of the medium isn't shown. */
 int player_set_subtitle_path(player_h player, const char *path);
 /** PLAYING or PAUSED. @param millisecond  so much later, or earlier when below 0 */
 int player_set_subtitle_position_offset(player_h player, int millisecond);

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "player/decoder_tuning.h"
-#include "player/subtitles.h"
 
 namespace host {
 namespace {
@@ -139,15 +138,15 @@ void Pipeline::connect_subtitles() {
         return;
     }
     const GText uri(gst_filename_to_uri(settings.subtitle_path.c_str(), nullptr));
-    subtitles_ = make_subtitle_output(setup_.taps);
-    if (!uri || !subtitles_) {
+    auto subtitles = std::make_unique<SubtitleOutput>(setup_.taps, settings.subtitle_offset_ms);
+    if (!uri || subtitles->element() == nullptr) {
         return;
     }
-    host::set_subtitle_offset(subtitles_.get(), settings.subtitle_offset_ms);
+    subtitles_ = std::move(subtitles);
     unsigned flags = 0;
     g_object_get(playbin_.get(), "flags", &flags, nullptr);
     g_object_set(playbin_.get(), "suburi", uri.get(), "flags", flags | kText, "text-sink",
-                 subtitles_.get(), nullptr);
+                 subtitles_->element(), nullptr);
 }
 
 void Pipeline::take_sample(GstSample *sample) {
@@ -215,7 +214,13 @@ void Pipeline::set_volume(const StreamVolume &volume) {
 
 void Pipeline::set_subtitle_offset(int milliseconds) {
     if (subtitles_) {
-        host::set_subtitle_offset(subtitles_.get(), milliseconds);
+        subtitles_->set_offset(milliseconds);
+    }
+}
+
+void Pipeline::set_end_of_subtitles(int milliseconds) {
+    if (subtitles_) {
+        subtitles_->set_end(milliseconds > 0 ? std::optional(milliseconds) : std::nullopt);
     }
 }
 

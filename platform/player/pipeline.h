@@ -18,6 +18,7 @@
 #include "player/sound_stream.h"
 #include "player/stream_settings.h"
 #include "player/stream_watch.h"
+#include "player/subtitles.h"
 #include "player/video_output.h"
 
 namespace host {
@@ -61,6 +62,8 @@ public:
     [[nodiscard]] bool seek(int target_ms, bool accurate, double rate);
     void set_volume(const StreamVolume &volume);
     void set_subtitle_offset(int milliseconds);
+    /// Until then no subtitle is shown. @param milliseconds  the medium's duration; 0: not known
+    void set_end_of_subtitles(int milliseconds);
     void recalculate_latency();
 
     [[nodiscard]] std::optional<int> position_ms() const;
@@ -112,7 +115,7 @@ private:
     GstObjectPtr<GstElement> playbin_;
     GstObjectPtr<GstElement> video_sink_;
     std::unique_ptr<SoundStream> sound_;
-    GstObjectPtr<GstElement> subtitles_;  ///< null without
+    std::unique_ptr<SubtitleOutput> subtitles_;  ///< null without
     Download download_;
     std::atomic<bool> has_captions_ = false;
     StreamWatch video_watch_;

@@ -170,6 +170,7 @@ void Playback::dispatch(GstMessage *message) {
     case GST_MESSAGE_DURATION_CHANGED:
         if (prepared_) {
             duration_ms_ = pipeline_->duration_ms().value_or(duration_ms_);
+            pipeline_->set_end_of_subtitles(duration_ms_);
             listener_.on_duration(duration_ms_);
         }
         break;
@@ -272,6 +273,7 @@ void Playback::finish_opening() {
     const bool again = waiting_ == Wait::restarting;
     end_wait();
     if (again) {
+        pipeline_->set_end_of_subtitles(duration_ms_);
         video_->open();
     } else {
         finish_preparing();
@@ -293,6 +295,7 @@ void Playback::finish_preparing() {
     }
     prepared_ = true;
     duration_ms_ = pipeline_->duration_ms().value_or(0);
+    pipeline_->set_end_of_subtitles(duration_ms_);
     MediaFacts facts;
     facts.duration_ms = duration_ms_;
     facts.seekable = pipeline_->seekable();

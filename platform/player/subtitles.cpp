@@ -1,10 +1,9 @@
 #include "player/subtitles.h"
 
-#include <gst/app/gstappsink.h>
-
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -55,31 +54,114 @@ void give(const StreamTaps &taps, GstSample *sample) {
 
 }  // namespace
 
-GstObjectPtr<GstElement> make_subtitle_output(const StreamTaps &taps) {
+SubtitleOutput::SubtitleOutput(const StreamTaps &taps, int offset_ms)
+    : taps_(taps), offset_ns_(static_cast<std::int64_t>(offset_ms) * GST_MSECOND) {
     GstElement *element = gst_element_factory_make("appsink", nullptr);
     if (element == nullptr) {
-        return nullptr;
+        return;
     }
-    GstObjectPtr<GstElement> sink(GST_ELEMENT(gst_object_ref_sink(element)));
+    sink_.reset(GST_ELEMENT(gst_object_ref_sink(element)));
     const GstMiniPtr<GstCaps> caps(gst_caps_from_string(kTextFormats));
     // A text may be long in coming: nothing waits for it.
-    g_object_set(sink.get(), "caps", caps.get(), "sync", TRUE, "async", FALSE, "wait-on-eos", FALSE,
+    g_object_set(element, "caps", caps.get(), "sync", TRUE, "async", FALSE, "wait-on-eos", FALSE,
                  nullptr);
     GstAppSinkCallbacks callbacks{};
-    callbacks.new_sample = [](GstAppSink *from, gpointer to) {
-        const GstMiniPtr<GstSample> sample(gst_app_sink_try_pull_sample(from, 0));
-        if (sample) {
-            give(*static_cast<const StreamTaps *>(to), sample.get());
-        }
-        return GST_FLOW_OK;
-    };
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks,
-                               const_cast<StreamTaps *>(&taps), nullptr);
-    return sink;
+    callbacks.new_sample = &SubtitleOutput::take;
+    gst_app_sink_set_callbacks(GST_APP_SINK(element), &callbacks, this, nullptr);
+    pad_.reset(gst_element_get_static_pad(element, "sink"));
+    hold_ = gst_pad_add_probe(
+        pad_.get(),
+        static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BLOCK | GST_PAD_PROBE_TYPE_BUFFER),
+        &SubtitleOutput::hold, nullptr, nullptr);
+    gst_pad_add_probe(pad_.get(),
+                      static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER |
+                                                   GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
+                                                   GST_PAD_PROBE_TYPE_EVENT_FLUSH),
+                      &SubtitleOutput::watch, this, nullptr);
 }
 
-void set_subtitle_offset(GstElement *output, int milliseconds) {
-    g_object_set(output, "ts-offset", static_cast<gint64>(milliseconds) * GST_MSECOND, nullptr);
+void SubtitleOutput::set_offset(int milliseconds) {
+    const std::lock_guard lock(mutex_);
+    offset_ns_ = static_cast<std::int64_t>(milliseconds) * GST_MSECOND;
+    // The one that waits already isn't moved behind the end, where it would be waited for.
+    if (!waiting_ || is_in_time(*waiting_)) {
+        apply_offset();
+    }
+}
+
+void SubtitleOutput::set_end(std::optional<int> milliseconds) {
+    gulong hold = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        end_ns_.reset();
+        if (milliseconds) {
+            end_ns_ = static_cast<std::int64_t>(*milliseconds) * GST_MSECOND;
+        }
+        hold = std::exchange(hold_, 0);
+    }
+    if (hold != 0) {
+        gst_pad_remove_probe(pad_.get(), hold);
+    }
+}
+
+GstPadProbeReturn SubtitleOutput::hold(GstPad *, GstPadProbeInfo *, gpointer) {
+    return GST_PAD_PROBE_OK;
+}
+
+GstPadProbeReturn SubtitleOutput::watch(GstPad *, GstPadProbeInfo *info, gpointer output) {
+    auto *self = static_cast<SubtitleOutput *>(output);
+    if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0) {
+        return self->admit(GST_PAD_PROBE_INFO_BUFFER(info)) ? GST_PAD_PROBE_OK : GST_PAD_PROBE_DROP;
+    }
+    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
+    self->follow(event);
+    // The sink would wait for the end of a time without a text.
+    return GST_EVENT_TYPE(event) == GST_EVENT_GAP ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
+bool SubtitleOutput::admit(GstBuffer *buffer) {
+    const std::lock_guard lock(mutex_);
+    if (!GST_BUFFER_PTS_IS_VALID(buffer)) {
+        return true;
+    }
+    const auto time = static_cast<std::int64_t>(GST_BUFFER_PTS(buffer));
+    if (!is_in_time(time)) {
+        return false;
+    }
+    waiting_ = time;
+    apply_offset();
+    return true;
+}
+
+void SubtitleOutput::follow(GstEvent *event) {
+    // The sink would end with the time of its last text.
+    if (GST_EVENT_TYPE(event) == GST_EVENT_EOS) {
+        g_object_set(sink_.get(), "sync", FALSE, nullptr);
+    } else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP ||
+               GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT) {
+        g_object_set(sink_.get(), "sync", TRUE, nullptr);
+    }
+}
+
+bool SubtitleOutput::is_in_time(std::int64_t time_ns) const {
+    return !end_ns_ || time_ns + offset_ns_ < *end_ns_;
+}
+
+void SubtitleOutput::apply_offset() {
+    g_object_set(sink_.get(), "ts-offset", static_cast<gint64>(offset_ns_), nullptr);
+}
+
+GstFlowReturn SubtitleOutput::take(GstAppSink *sink, gpointer output) {
+    auto *self = static_cast<SubtitleOutput *>(output);
+    {
+        const std::lock_guard lock(self->mutex_);
+        self->waiting_.reset();
+    }
+    const GstMiniPtr<GstSample> sample(gst_app_sink_try_pull_sample(sink, 0));
+    if (sample) {
+        give(self->taps_, sample.get());
+    }
+    return GST_FLOW_OK;
 }
 
 }  // namespace host

@@ -110,6 +110,8 @@ protected:
         positions_.push_back(position);
     }
 
+    /// GStreamer knows no subtitles in less than 129 bytes.
+    const std::string kRoom = std::string(129, '\n');
     std::string path_;
     std::mutex mutex_;
     std::vector<std::string> texts_;
@@ -140,6 +142,56 @@ TEST_F(PlayerSubtitles, AnOffsetMakesThemLater) {
     }));
     const std::lock_guard lock(mutex_);
     EXPECT_GE(positions_[1], 1200);
+}
+
+TEST_F(PlayerSubtitles, OneThatIsDueAfterTheEndHoldsNothingUp) {
+    const std::string late = write("late.srt",
+                                   "1\n00:00:00,100 --> 00:00:00,300\nIn time\n\n"
+                                   "2\n00:01:00,000 --> 00:01:01,000\nToo late\n\n" +
+                                       kRoom);
+    ASSERT_EQ(player_set_subtitle_path(player_, late.c_str()), PLAYER_ERROR_NONE);
+    play_to_the_end(clip("one_second.mp4"));
+    int duration = 0;
+    ASSERT_EQ(player_get_duration(player_, &duration), PLAYER_ERROR_NONE);
+    EXPECT_NEAR(duration, 1000, 100);
+    const std::lock_guard lock(mutex_);
+    EXPECT_EQ(texts_, std::vector<std::string>{"In time"});
+}
+
+TEST_F(PlayerSubtitles, OneThatIsDueAfterTheEndIsAloneAndHoldsNothingUp) {
+    const std::string late =
+        write("late.srt", "1\n00:01:00,000 --> 00:01:01,000\nThe first is too late\n\n" + kRoom);
+    ASSERT_EQ(player_set_subtitle_path(player_, late.c_str()), PLAYER_ERROR_NONE);
+    play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
+    EXPECT_TRUE(texts_.empty());
+}
+
+TEST_F(PlayerSubtitles, OneThatStaysBeyondTheEndHoldsNothingUp) {
+    const std::string longer =
+        write("long.srt", "1\n00:00:00,100 --> 00:01:00,000\nA very long one\n\n" + kRoom);
+    ASSERT_EQ(player_set_subtitle_path(player_, longer.c_str()), PLAYER_ERROR_NONE);
+    play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
+    EXPECT_EQ(texts_, std::vector<std::string>{"A very long one"});
+    EXPECT_EQ(durations_, std::vector<unsigned long>{59'900});
+}
+
+TEST_F(PlayerSubtitles, AnOffsetMayMoveThemBehindTheEnd) {
+    ASSERT_EQ(player_set_subtitle_path(player_, path_.c_str()), PLAYER_ERROR_NONE);
+    play(clip("one_second.mp4"));
+    ASSERT_EQ(player_set_subtitle_position_offset(player_, 60'000), PLAYER_ERROR_NONE);
+    EXPECT_TRUE(until([this] { return completed_ > 0; }));
+}
+
+TEST_F(PlayerSubtitles, ComeAgainAfterTheEnd) {
+    ASSERT_EQ(player_set_subtitle_path(player_, path_.c_str()), PLAYER_ERROR_NONE);
+    play_to_the_end(clip("one_second.mp4"));
+    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([this] { return completed_ == 2; }));
+    const std::lock_guard lock(mutex_);
+    ASSERT_EQ(texts_.size(), 6U);
+    EXPECT_NEAR(positions_[4], 600, 150);
 }
 
 TEST_F(PlayerSubtitles, WithoutAFileNothingComes) {
