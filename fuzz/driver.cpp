@@ -1,31 +1,41 @@
 // Feeds a fuzzer with changed inputs: FUZZER CORPUS FIRST-SEED COUNT CURRENT-FILE
 //
 // The input under way is in CURRENT-FILE, so that it is there when the process doesn't survive it.
-// One line of JSON at the end says what came of the inputs.
+// One line for each input says what came of it: seed, changes, those in headers, outcome.
+// With COUNT 0 the input is CURRENT-FILE's as it is, to look at a finding again.
 
 #include "driver.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <string>
 #include <vector>
+
+#include "mutation.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
+std::string read(const fs::path &name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
 std::vector<std::string> read_corpus(const fs::path &folder) {
-    std::vector<fs::path> names(fs::directory_iterator(folder), fs::directory_iterator{});
+    std::vector<fs::path> names;
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
+        if (entry.is_regular_file()) {
+            names.push_back(entry.path());
+        }
+    }
     std::sort(names.begin(), names.end());
     std::vector<std::string> inputs;
-    for (const fs::path &name : names) {
-        std::ifstream file(name, std::ios::binary);
-        inputs.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    }
+    std::transform(names.begin(), names.end(), std::back_inserter(inputs), read);
     return inputs;
 }
 
@@ -33,14 +43,26 @@ void write(const fs::path &name, const std::string &data) {
     std::ofstream(name, std::ios::binary) << data;
 }
 
-void report(const std::map<std::string, int> &outcomes, int in_headers) {
-    std::printf("{\"in_headers\": %d, \"outcomes\": {", in_headers);
-    const char *comma = "";
-    for (const auto &[name, count] : outcomes) {
-        std::printf("%s\"%s\": %d", comma, name.c_str(), count);
-        comma = ", ";
+void run(const std::vector<std::string> &corpus, unsigned first, unsigned count,
+         const char *current) {
+    // What is loaded on first use stays: each input as it is comes before the changed ones.
+    for (const std::string &input : corpus) {
+        (void)fuzz::take(input);
     }
-    std::printf("}}\n");
+    fuzz::loaded();
+    for (unsigned seed = first; seed < first + count; ++seed) {
+        std::string input = corpus[seed % corpus.size()];
+        fuzz::Mutator mutator(seed);
+        const fuzz::Changes changes = mutator.mutate(input, fuzz::regions_of);
+        if (mutator.below(2) == 0) {
+            fuzz::mend(input);
+        }
+        write(current, input);
+        std::printf("%u\t%d\t%d\t", seed, changes.all, changes.in_headers);
+        std::fflush(stdout);
+        std::printf("%s\n", fuzz::take(input).c_str());
+        std::fflush(stdout);
+    }
 }
 
 }  // namespace
@@ -57,17 +79,16 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "%s: the corpus %s is empty\n", argv[0], argv[1]);
         return 2;
     }
-    std::map<std::string, int> outcomes;
-    int in_headers = 0;
-    fuzz::begin();
-    for (unsigned seed = first; seed < first + count; ++seed) {
-        std::string input = corpus[seed % corpus.size()];
-        fuzz::Mutator mutator(seed);
-        in_headers += mutator.mutate(input, fuzz::regions_of(input)) ? 1 : 0;
-        write(argv[4], input);
-        ++outcomes[fuzz::take(input)];
+    fuzz::begin(argv[1]);
+    if (count == 0) {
+        std::printf("%s\n", fuzz::take(read(argv[4])).c_str());
+    } else {
+        run(corpus, first, count, argv[4]);
     }
-    fuzz::end();
-    report(outcomes, in_headers);
+    const std::string left = fuzz::end();
+    if (!left.empty()) {
+        std::fprintf(stderr, "left: %s\n", left.c_str());
+        return 1;
+    }
     return 0;
 }

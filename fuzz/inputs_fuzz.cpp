@@ -1,4 +1,4 @@
-// What comes from outside as text: launch requests, options, control lines, theme tables, key
+// What comes from outside beside media: launch requests, options, control lines, theme tables, key
 // files. The first byte of an input says which it is.
 
 #include <gio/gio.h>
@@ -95,13 +95,14 @@ std::string key_file(const std::string &text) {
 
 namespace fuzz {
 
-void begin() {
+void begin(const std::string &) {
     folder = fs::temp_directory_path() / ("inputs-fuzz-" + std::to_string(getpid()));
     fs::create_directories(folder);
 }
 
 std::vector<Region> regions_of(const std::string &input) {
-    return {{1, input.size()}};
+    // Text from the second byte on.
+    return {{1, input.size(), Part::text, {}}};
 }
 
 std::string take(const std::string &input) {
@@ -125,8 +126,13 @@ std::string take(const std::string &input) {
     }
 }
 
-void end() {
+void mend(std::string &) {}
+
+void loaded() {}
+
+std::string end() {
     fs::remove_all(folder);
+    return "";
 }
 
 }  // namespace fuzz
