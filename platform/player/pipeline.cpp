@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "player/decoder_tuning.h"
+#include "player/sound_headers.h"
 
 namespace host {
 namespace {
@@ -380,6 +381,7 @@ void Pipeline::introduce(GstElement *source) const {
 
 void Pipeline::handle_element(GstBin *, GstBin *, GstElement *element, gpointer pipeline) {
     tune_if_video_decoder(element);
+    guard_if_sound_decoder(element);
     auto *self = static_cast<Pipeline *>(pipeline);
     self->download_.take(element);
 }

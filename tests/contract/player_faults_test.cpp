@@ -231,6 +231,10 @@ TEST_F(PlayerFaults, AnIndexThatLeadsNowhere) {
     expect_fault(clip("lost_index.mp4"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
 }
 
+TEST_F(PlayerFaults, ASoundWithARateBeyondAllNumbers) {
+    expect_fault(clip("endless_rate.webm"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
 TEST_F(PlayerFaults, Folder) {
     expect_fault(folder_, PLAYER_ERROR_INVALID_OPERATION);
 }
