@@ -82,9 +82,10 @@ int main(int argc, char **argv) {
     fuzz::begin(argv[1]);
     if (count == 0) {
         std::printf("%s\n", fuzz::take(read(argv[4])).c_str());
-    } else {
-        run(corpus, first, count, argv[4]);
+        (void)fuzz::end();
+        return 0;
     }
+    run(corpus, first, count, argv[4]);
     const std::string left = fuzz::end();
     if (!left.empty()) {
         std::fprintf(stderr, "left: %s\n", left.c_str());

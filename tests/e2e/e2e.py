@@ -5,6 +5,7 @@ Nothing here looks into the program: it is started from its file, driven by tess
 a wheel and keys, and judged by its log, its pictures, its state and its exit status.
 """
 
+import concurrent.futures
 import json
 import os
 import re
@@ -591,5 +592,42 @@ class DisplayTestCase(TestCase):
         return self.display.picture(left, top, size["width"], size["height"])
 
 
-def main():
+def tests_of(suite):
+    for one in suite:
+        if isinstance(one, unittest.TestSuite):
+            yield from tests_of(one)
+        else:
+            yield one
+
+
+def run_alone(test):
+    """With a result of its own, as each of these tests has a folder and processes of its own."""
+    result = unittest.TestResult()
+    unittest.TestSuite([test]).run(result)
+    said = [text for _, text in result.errors + result.failures]
+    skipped = [f"skipped: {why}" for _, why in result.skipped]
+    return test, result.wasSuccessful(), said, skipped
+
+
+def run_side_by_side(jobs):
+    names = sys.argv[1:]
+    loader, module = unittest.TestLoader(), sys.modules["__main__"]
+    suite = loader.loadTestsFromNames(names, module) if names else \
+        loader.loadTestsFromModule(module)
+    good = True
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        done = [pool.submit(run_alone, test) for test in tests_of(suite)]
+        for one in concurrent.futures.as_completed(done):
+            test, passed, said, skipped = one.result()
+            print(f"{test} ... {'ok' if passed else 'FAIL'}", *skipped, *said, sep="\n",
+                  file=sys.stderr)
+            good = good and passed
+    print(f"Ran {len(done)} tests", file=sys.stderr)
+    return 0 if good and done else 1
+
+
+def main(jobs=1):
+    """@param jobs  tests at a time, for a topic whose tests mostly wait"""
+    if jobs > 1:
+        sys.exit(run_side_by_side(jobs))
     unittest.main(argv=[sys.argv[0], "-v", *sys.argv[1:]])

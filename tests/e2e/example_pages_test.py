@@ -208,4 +208,4 @@ class PagesTest(e2e.TestCase):
 
 
 if __name__ == "__main__":
-    e2e.main()
+    e2e.main(jobs=3)

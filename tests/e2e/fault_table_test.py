@@ -295,4 +295,4 @@ class Table(unittest.TestCase):
 add_tests()
 
 if __name__ == "__main__":
-    e2e.main()
+    e2e.main(jobs=3)

@@ -120,4 +120,4 @@ class SecondProcess(e2e.TestCase):
 
 
 if __name__ == "__main__":
-    e2e.main()
+    e2e.main(jobs=3)

@@ -99,4 +99,4 @@ class Streams(e2e.TestCase):
 
 
 if __name__ == "__main__":
-    e2e.main()
+    e2e.main(jobs=3)
