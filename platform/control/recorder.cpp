@@ -85,6 +85,9 @@ void Recorder::take(const InputEvent &event) {
     case InputEvent::Kind::key:
         add(ecore_time_get(), {"key", name_of(event.key)});
         break;
+    case InputEvent::Kind::focus_moved:
+        // What is pressed there comes as a tap.
+        break;
     case InputEvent::Kind::turned:
         add(ecore_time_get(), {"rotate", std::to_string(event.degrees)});
         break;

@@ -5,13 +5,13 @@
 
 #include <array>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string_view>
 
 #include "access/screen_reader.h"
 #include "i18n/locale.h"
 #include "player/player_host.h"
+#include "shell/object_tree.h"
 #include "shell/shell.h"
 #include "sound/backend.h"
 
@@ -28,51 +28,8 @@ constexpr const char *kVolumePart = "tsl.volume.view.base.layout.swallow.content
 constexpr const char *kLevelPart = "elm.text.level";
 constexpr const char *kPopupTextPart = "elm.text";
 
-struct EinaListFree {
-    void operator()(Eina_List *list) const { eina_list_free(list); }
-};
-
 Json text_or_null(const char *text) {
     return text != nullptr ? Json(text) : Json();
-}
-
-std::string_view type_of(const Evas_Object *object) {
-    const char *type = evas_object_type_get(object);
-    return type != nullptr ? type : "";
-}
-
-/// Shown, of some size, and neither it nor what it stands in is transparent.
-bool is_visible(Evas_Object *object) {
-    for (Evas_Object *part = object; part != nullptr; part = evas_object_smart_parent_get(part)) {
-        int alpha = 0;
-        evas_object_color_get(part, nullptr, nullptr, nullptr, &alpha);
-        if (!evas_object_visible_get(part) || alpha == 0) {
-            return false;
-        }
-    }
-    int width = 0;
-    int height = 0;
-    evas_object_geometry_get(object, nullptr, nullptr, &width, &height);
-    return width > 0 && height > 0;
-}
-
-/// Calls `visit` for every object of the tree, parents first, from the lowest layer up.
-void walk(Evas_Object *object, const std::function<void(Evas_Object *)> &visit) {
-    visit(object);
-    const std::unique_ptr<Eina_List, EinaListFree> members(evas_object_smart_members_get(object));
-    for (const Eina_List *node = members.get(); node != nullptr; node = node->next) {
-        walk(static_cast<Evas_Object *>(node->data), visit);
-    }
-}
-
-void walk_window(Evas_Object *window, const std::function<void(Evas_Object *)> &visit) {
-    for (Evas_Object *object = evas_object_bottom_get(evas_object_evas_get(window));
-         object != nullptr; object = evas_object_above_get(object)) {
-        // Members are reached through what they belong to.
-        if (evas_object_smart_parent_get(object) == nullptr) {
-            walk(object, visit);
-        }
-    }
 }
 
 struct Seen {
@@ -122,7 +79,8 @@ Json describe_button(Evas_Object *button) {
             {"y", y},
             {"width", width},
             {"height", height},
-            {"enabled", elm_object_disabled_get(button) == EINA_FALSE}};
+            {"enabled", elm_object_disabled_get(button) == EINA_FALSE},
+            {"focused", button == focused_button()}};
 }
 
 void add_player_page(Json &state, Evas_Object *page) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "shell/keys.h"
@@ -126,7 +127,10 @@ Eina_Bool Input::key_down(void *data, int /*type*/, void *event) {
     if (key->keyname == nullptr || (key->modifiers & kChords) != 0) {
         return ECORE_CALLBACK_PASS_ON;
     }
-    const std::optional<KeyAction> action = key_action(key->keyname);
+    // With Shift the key has another name on some desktops.
+    const bool back_tab = std::string_view(key->keyname) == "ISO_Left_Tab";
+    const bool shifted = (key->modifiers & ECORE_EVENT_MODIFIER_SHIFT) != 0;
+    const std::optional<KeyAction> action = key_action(back_tab ? "Tab" : key->keyname);
     if (!action) {
         return ECORE_CALLBACK_PASS_ON;
     }
@@ -148,6 +152,12 @@ Eina_Bool Input::key_down(void *data, int /*type*/, void *event) {
         break;
     case KeyAction::turn_watch:
         self->targets_.turn_watch();
+        break;
+    case KeyAction::focus:
+        self->targets_.move_focus(!back_tab && !shifted);
+        break;
+    case KeyAction::press:
+        self->targets_.press_focused();
         break;
     }
     return ECORE_CALLBACK_DONE;

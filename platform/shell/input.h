@@ -21,6 +21,8 @@ public:
         std::function<void(bool, unsigned int)> detent;  ///< clockwise, time stamp
         std::function<void(Key)> key;
         std::function<void()> turn_watch;
+        std::function<void(bool)> move_focus;  ///< forward
+        std::function<void()> press_focused;
     };
 
     Input(Evas *canvas, Targets targets);

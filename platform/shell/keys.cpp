@@ -8,7 +8,7 @@ namespace {
 
 struct Shortcut {
     KeyAction action;
-    std::array<std::string_view, 2> keys;  ///< by the toolkit's names
+    std::array<std::string_view, 3> keys;  ///< by the toolkit's names
     std::string_view meaning;
 };
 
@@ -20,6 +20,10 @@ constexpr std::array kShortcuts{
     Shortcut{KeyAction::clockwise, {"Right"}, "turns the bezel clockwise by a detent"},
     Shortcut{KeyAction::counter_clockwise, {"Left"}, "turns the bezel back by a detent"},
     Shortcut{KeyAction::turn_watch, {"F9"}, "turns the watch by a quarter"},
+    Shortcut{KeyAction::focus, {"Tab"}, "goes to the next button, with Shift to the one before"},
+    Shortcut{KeyAction::press,
+             {"Return", "KP_Enter", "space"},
+             "presses that button; where none is shown, taps the screen"},
 };
 
 constexpr std::size_t kMeaningColumn = 29;

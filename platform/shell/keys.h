@@ -7,7 +7,7 @@
 namespace host {
 
 /// What a key of the keyboard does to the watch.
-enum class KeyAction { back, more, home, clockwise, counter_clockwise, turn_watch };
+enum class KeyAction { back, more, home, clockwise, counter_clockwise, turn_watch, focus, press };
 
 /// @param name of the key, as the toolkit has it
 /// @return nothing when the key isn't for the watch

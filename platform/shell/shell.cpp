@@ -132,6 +132,9 @@ Input::Targets Shell::input_targets() {
     Input::Targets targets;
     targets.finger_down = [this](int x, int y) {
         observe({.kind = InputEvent::Kind::finger_down, .x = x, .y = y});
+        if (!key_presses_) {
+            focus_.leave();
+        }
         if (!windows_.empty()) {
             windows_.back()->finger_down(x, y);
         }
@@ -157,7 +160,38 @@ Input::Targets Shell::input_targets() {
     };
     targets.key = [](Key key) { press_key(key); };
     targets.turn_watch = [this] { turn((rotation_ + 90) % 360); };
+    targets.move_focus = [this](bool forward) { move_focus(forward); };
+    targets.press_focused = [this] { press_focused(); };
     return targets;
+}
+
+void Shell::move_focus(bool forward) {
+    observe({.kind = InputEvent::Kind::focus_moved, .forward = forward});
+    if (Evas_Object *window = newest_window(); window != nullptr) {
+        focus_.move(window, forward);
+    }
+}
+
+/// The finger takes the road of a real one, so that what is pressed shows it and a record has it.
+void Shell::press_focused() {
+    Evas_Object *window = newest_window();
+    if (window == nullptr) {
+        return;
+    }
+    const auto tap = [this](const Rect &place) {
+        key_presses_ = true;
+        input_.press(place.x + place.w / 2, place.y + place.h / 2);
+        key_presses_ = false;
+        input_.release(place.x + place.w / 2, place.y + place.h / 2);
+    };
+    if (Evas_Object *button = focus_.button(window); button != nullptr) {
+        Rect place;
+        evas_object_geometry_get(button, &place.x, &place.y, &place.w, &place.h);
+        tap(windows_.back()->place_of(place));
+        focus_.show();
+    } else if (ButtonFocus::buttons_of(window).empty()) {
+        tap(geometry_.screen);
+    }
 }
 
 void Shell::window_resized(int w, int h) {
@@ -227,6 +261,11 @@ ProgramWindow *Shell::find(const Evas_Object *window) const {
 
 Evas_Object *Shell::newest_window() const {
     return windows_.empty() ? nullptr : windows_.back()->window();
+}
+
+Evas_Object *Shell::focused_button() const {
+    Evas_Object *window = newest_window();
+    return window != nullptr ? focus_.button(window) : nullptr;
 }
 
 std::optional<Rect> Shell::place_on_desktop(const Evas *canvas, const Rect &part) const {
@@ -314,6 +353,10 @@ VideoPlane *video_plane_of(Evas_Object *window) {
 
 Evas_Object *program_window() {
     return instance != nullptr ? instance->newest_window() : nullptr;
+}
+
+Evas_Object *focused_button() {
+    return instance != nullptr ? instance->focused_button() : nullptr;
 }
 
 std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) {

@@ -44,6 +44,9 @@ public:
 /// The program's live window, or null.
 [[nodiscard]] Evas_Object *program_window();
 
+/// The button of the program's live window that the keyboard is at and can press, or null.
+[[nodiscard]] Evas_Object *focused_button();
+
 /// Where a rectangle of a canvas of the program's windows is on the desktop, turned as the watch
 /// is.
 /// @return nothing for any other canvas
@@ -77,13 +80,14 @@ void turn_screen(int degrees);
 
 /// Something that was done to the watch, by a person or by the functions above.
 struct InputEvent {
-    enum class Kind { finger_down, finger_up, detent, key, turned };
+    enum class Kind { finger_down, finger_up, detent, key, turned, focus_moved };
     Kind kind;
     int x = 0;  ///< of the finger, in pixels of the round screen
     int y = 0;
     bool clockwise = false;
     Key key = Key::back;
-    int degrees = 0;  ///< turned to
+    int degrees = 0;      ///< turned to
+    bool forward = true;  ///< where the focus moves
 };
 /// `observer` is told of each from now on, before the program is; empty ends that. Main loop.
 void observe_input(std::function<void(const InputEvent &)> observer);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "rotary/dial_devices.h"
+#include "shell/button_focus.h"
 #include "shell/evas_object.h"
 #include "shell/frame_image.h"
 #include "shell/geometry.h"
@@ -31,6 +32,8 @@ public:
     /// Null when the object is no window of the program.
     [[nodiscard]] ProgramWindow *find(const Evas_Object *window) const;
     [[nodiscard]] Evas_Object *newest_window() const;
+    /// The button of the newest window that a key presses, or null.
+    [[nodiscard]] Evas_Object *focused_button() const;
     /// Where a rectangle of a window's canvas is on the desktop; nothing for another canvas.
     [[nodiscard]] std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) const;
 
@@ -52,6 +55,8 @@ private:
     void window_resized(int w, int h);
     void lay_out(const Geometry &geometry);
     void close();
+    void move_focus(bool forward);
+    void press_focused();
 
     // In the order of stacking, lowest first.
     std::unique_ptr<TopWindow> top_;
@@ -62,6 +67,8 @@ private:
     Input input_;
     std::optional<DialDevices> dials_;  ///< none where nobody sees what they turn
     std::vector<std::unique_ptr<ProgramWindow>> windows_;  ///< oldest first
+    ButtonFocus focus_;
+    bool key_presses_ = false;  ///< the finger that comes down is none
     Geometry geometry_;
     int rotation_ = 0;
     int ring_ = 0;  ///< detents clockwise from the top

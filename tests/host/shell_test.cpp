@@ -563,6 +563,166 @@ std::vector<std::pair<std::string, std::string>> keys_of_the_help() {
     return keys;
 }
 
+/// Buttons in two rows, given in no order.
+class KeyboardFocus : public Keyboard {
+protected:
+    void SetUp() override {
+        Keyboard::SetUp();
+        for (const auto &[name, x, y] : {Place{"lower right", 200, 200}, Place{"upper", 150, 60},
+                                         Place{"lower left", 100, 205}}) {
+            buttons[name] = add_button(window(), x, y);
+        }
+    }
+    void TearDown() override {
+        elm_config_mirrored_set(EINA_FALSE);
+        Keyboard::TearDown();
+    }
+
+    struct Place {
+        const char *name;
+        int x;
+        int y;
+    };
+
+    Evas_Object *add_button(Evas_Object *parent, int x, int y) {
+        Evas_Object *button = elm_button_add(parent);
+        evas_object_geometry_set(button, x, y, 60, 40);
+        evas_object_smart_callback_add(
+            button, "clicked",
+            [](void *data, Evas_Object *pressed, void *) {
+                static_cast<std::vector<Evas_Object *> *>(data)->push_back(pressed);
+            },
+            &clicked);
+        evas_object_show(button);
+        support::run_loop_turns();
+        return button;
+    }
+
+    std::string focused() {
+        for (const auto &[name, button] : buttons) {
+            if (button == host::focused_button()) {
+                return name;
+            }
+        }
+        return "";
+    }
+    std::vector<std::string> walk(int steps, unsigned int modifiers = 0) {
+        std::vector<std::string> seen;
+        for (int step = 0; step < steps; ++step) {
+            press("Tab", modifiers);
+            seen.push_back(focused());
+        }
+        return seen;
+    }
+
+    std::map<std::string, Evas_Object *> buttons;
+    std::vector<Evas_Object *> clicked;
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(KeyboardFocus, TabGoesFromRowToRowAndRound) {
+    EXPECT_EQ(walk(4), (Names{"upper", "lower left", "lower right", "upper"}));
+}
+
+TEST_F(KeyboardFocus, ShiftTabGoesTheOtherWay) {
+    EXPECT_EQ(walk(4, ECORE_EVENT_MODIFIER_SHIFT),
+              (Names{"lower right", "lower left", "upper", "lower right"}));
+    // As some desktops call the same key.
+    press("ISO_Left_Tab", ECORE_EVENT_MODIFIER_SHIFT);
+    EXPECT_EQ(focused(), "lower left");
+}
+
+TEST_F(KeyboardFocus, ARowIsReadAsTheLanguageIs) {
+    elm_config_mirrored_set(EINA_TRUE);
+    EXPECT_EQ(walk(3), (Names{"upper", "lower right", "lower left"}));
+}
+
+TEST_F(KeyboardFocus, HiddenAndDisabledButtonsArePassedOver) {
+    evas_object_hide(buttons["lower left"]);
+    EXPECT_EQ(walk(3), (Names{"upper", "lower right", "upper"}));
+    elm_object_disabled_set(buttons["lower right"], EINA_TRUE);
+    EXPECT_EQ(walk(2), (Names{"upper", "upper"}));
+}
+
+TEST_F(KeyboardFocus, ReturnEnterAndSpacePressTheButton) {
+    walk(2);
+    press("Return");
+    press("KP_Enter");
+    press("space");
+    EXPECT_EQ(clicked, std::vector<Evas_Object *>(3, buttons["lower left"]));
+}
+
+TEST_F(KeyboardFocus, AButtonThatNoKeyHasChosenIsNotPressed) {
+    elm_object_focus_set(buttons["upper"], EINA_TRUE);
+    press("Return");
+    EXPECT_TRUE(clicked.empty());
+    EXPECT_EQ(focused(), "");
+}
+
+TEST_F(KeyboardFocus, StaysAtAButtonThatAKeyPressesAndIsEndedByAFinger) {
+    walk(1);
+    press("Return");
+    EXPECT_EQ(focused(), "upper");
+    tap(20, 180);
+    EXPECT_EQ(focused(), "");
+    EXPECT_EQ(walk(1), Names{"upper"});
+}
+
+TEST_F(KeyboardFocus, AButtonThatWasHiddenOrDisabledSinceIsNotPressed) {
+    walk(1);
+    elm_object_disabled_set(buttons["upper"], EINA_TRUE);
+    press("Return");
+    elm_object_disabled_set(buttons["upper"], EINA_FALSE);
+    ASSERT_EQ(walk(1), Names{"lower left"});
+    evas_object_hide(buttons["lower left"]);
+    press("Return");
+    EXPECT_TRUE(clicked.empty());
+}
+
+TEST_F(KeyboardFocus, AButtonThatHasGoneIsForgotten) {
+    walk(2);
+    evas_object_del(buttons["lower left"]);
+    buttons.erase("lower left");
+    press("Return");
+    EXPECT_TRUE(clicked.empty());
+    EXPECT_EQ(walk(1), Names{"upper"});
+}
+
+TEST_F(KeyboardFocus, WhereNoButtonIsShownTheScreenIsTapped) {
+    for (const auto &[name, button] : buttons) {
+        evas_object_hide(button);
+    }
+    std::vector<host::InputEvent> seen;
+    host::observe_input([&seen](const host::InputEvent &event) { seen.push_back(event); });
+    press("space");
+    host::observe_input({});
+    ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[0].kind, host::InputEvent::Kind::finger_down);
+    EXPECT_EQ(seen[0].x, kSide / 2);
+    EXPECT_EQ(seen[0].y, kSide / 2);
+    EXPECT_EQ(seen[1].kind, host::InputEvent::Kind::finger_up);
+}
+
+TEST_F(KeyboardFocus, AnOpenPopupKeepsTheFocusToItself) {
+    Evas_Object *popup = elm_popup_add(window());
+    Evas_Object *button = elm_button_add(popup);
+    elm_object_part_content_set(popup, "button1", button);
+    evas_object_show(popup);
+    buttons["popup"] = button;
+    // It takes its place with its first frame.
+    ASSERT_TRUE(support::run_main_loop_until([&] { return walk(1) == Names{"popup"}; }));
+    EXPECT_EQ(walk(2), (Names{"popup", "popup"}));
+}
+
+TEST_F(KeyboardFocus, ATurnedScreenIsPressedWhereItsButtonIs) {
+    host::turn_screen(90);
+    support::run_loop_turns();
+    walk(1);
+    press("Return");
+    EXPECT_EQ(clicked, std::vector<Evas_Object *>{buttons["upper"]});
+}
+
 TEST_F(Keyboard, EachKeyOfTheHelpDoesWhatItSays) {
     using Event = host::InputEvent;
     const auto is_key = [](host::Key key) {
@@ -580,9 +740,13 @@ TEST_F(Keyboard, EachKeyOfTheHelpDoesWhatItSays) {
         {"turns the bezel clockwise by a detent", is_detent(true)},
         {"turns the bezel back by a detent", is_detent(false)},
         {"turns the watch by a quarter",
-         [](const Event &e) { return e.kind == Event::Kind::turned && e.degrees == 90; }}};
+         [](const Event &e) { return e.kind == Event::Kind::turned && e.degrees == 90; }},
+        {"goes to the next button, with Shift to the one before",
+         [](const Event &e) { return e.kind == Event::Kind::focus_moved && e.forward; }},
+        {"presses that button; where none is shown, taps the screen",
+         [](const Event &e) { return e.kind == Event::Kind::finger_down; }}};
     const auto keys = keys_of_the_help();
-    EXPECT_EQ(keys.size(), 9U);
+    EXPECT_EQ(keys.size(), 13U);
     for (const auto &[name, meaning] : keys) {
         ASSERT_TRUE(effects.contains(meaning)) << meaning;
         std::vector<Event> seen;
@@ -590,7 +754,8 @@ TEST_F(Keyboard, EachKeyOfTheHelpDoesWhatItSays) {
         press(name.c_str());
         EXPECT_TRUE(support::run_main_loop_until([&seen] { return !seen.empty(); })) << name;
         host::observe_input({});
-        ASSERT_EQ(seen.size(), 1U) << name;
+        // What a finger has pressed it lets go.
+        ASSERT_EQ(seen.size(), seen[0].kind == Event::Kind::finger_down ? 2U : 1U) << name;
         EXPECT_TRUE(effects.at(meaning)(seen[0])) << name << " doesn't do: " << meaning;
     }
 }
