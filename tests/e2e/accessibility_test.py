@@ -206,9 +206,39 @@ class Reader(Accessibility, e2e.TestCase):
         volume = e2e.wait_until(lambda: player.state()["volume"], "the volume")
         e2e.wait_until(lambda: f"english {volume}" in speech.said(), "the level")
 
+    def test_the_volume_screen_is_read_in_the_language_and_in_the_region_s_digits(self):
+        speech = SpeechServer(self.directory, self.environment)
+        self.addCleanup(speech.end)
+        self.environment["SPEECHD_ADDRESS"] = speech.address
+        player = self.listen_to()
+        player.control("language", "ar")
+        player.control("region", "ar_EG")
+        player.control("volume", 7)
+        self.press_by_reader("مستوى الصوت")
+        player.wait("page==tsl_volume_view && level==٧")
+        self.named("٧")
+        tree = [node for node in self.desktop.tree() if node["showing"]]
+        self.assertEqual(set(buttons(tree)), {"كتم الصوت", "خفض مستوى الصوت", "رفع مستوى الصوت"})
+        self.assertIn("مستوى الصوت\nأدر الإطار لضبط مستوى الصوت",
+                      [node["name"] for node in tree if node["role"] == "page tab"])
+        self.press_by_reader("خفض مستوى الصوت")
+        self.named("٦")
+        e2e.wait_until(lambda: "arabic ٦" in speech.said(), "the level")
+        # The digits are the region's, in any language.
+        player.control("language", "de_DE")
+        self.press_by_reader("Lautstärke verringern")
+        self.named("٥")
+        e2e.wait_until(lambda: "german ٥" in speech.said(), "the next level")
+        player.control("region", "de_DE")
+        self.press_by_reader("Lautstärke verringern")
+        self.named("4")
+        e2e.wait_until(lambda: "german 4" in speech.said(), "the last level")
+
 
 class SpeechServer:
-    """A real speech service whose only voice writes down what it says."""
+    """A real speech service whose voices write down what they say."""
+
+    VOICES = {"en": "english", "ar": "arabic", "de": "german"}
 
     def __init__(self, directory, environment):
         self.directory = os.path.join(directory, "speech")
@@ -219,8 +249,10 @@ class SpeechServer:
                        'AudioOutputMethod "libao"\nDefaultLanguage "en"\n')
         with open(os.path.join(modules, "writer.conf"), "w") as file:
             file.write(f"GenericExecuteSynth \"echo $VOICE \\'$DATA\\' >> {self.directory}/said\"\n"
-                       'GenericCmdDependency "echo"\nGenericLanguage "en" "en" "utf-8"\n'
-                       'AddVoice "en" "MALE1" "english"\n')
+                       'GenericCmdDependency "echo"\n')
+            for language, voice in self.VOICES.items():
+                file.write(f'GenericLanguage "{language}" "{language}" "utf-8"\n'
+                           f'AddVoice "{language}" "MALE1" "{voice}"\n')
         socket = os.path.join(self.directory, "socket")
         self.address = f"unix_socket:{socket}"
         self.server = e2e.Process(
