@@ -130,20 +130,25 @@ class Picture:
         """A part of a virtual display's frame buffer file."""
         with open(path, "rb") as file:
             data = file.read()
-        header = struct.unpack(">25I", data[:100])
-        header_size, bits, line = header[0], header[11], header[12]
-        colours = header[19]
-        if bits != 32:
-            raise AssertionError(f"the display has {bits} bits a pixel")
-        start = header_size + colours * 12
         rows = []
-        for y in range(top, top + height):
-            begin = start + y * line + left * 4
-            row = data[begin : begin + width * 4]
+        for place in rows_of_xwd(data, left, top, width, height):
+            row = data[place]
             rgb = bytearray(width * 3)
             rgb[0::3], rgb[1::3], rgb[2::3] = row[2::4], row[1::4], row[0::4]
             rows.append(bytes(rgb))
         return Picture(width, height, b"".join(rows))
+
+
+def rows_of_xwd(data, left, top, width, height):
+    """Where the rows of a part of a frame buffer file are in it."""
+    header = struct.unpack(">25I", data[:100])
+    header_size, bits, line = header[0], header[11], header[12]
+    colours = header[19]
+    if bits != 32:
+        raise AssertionError(f"the display has {bits} bits a pixel")
+    start = header_size + colours * 12 + left * 4
+    return [slice(start + y * line, start + y * line + width * 4)
+            for y in range(top, top + height)]
 
 
 def _unfilter(raw, width, height, channels):
