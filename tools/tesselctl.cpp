@@ -343,7 +343,8 @@ void write_input(std::ostream &script, const Json &input, std::optional<long> &b
         if (before && at > *before) {
             script << tesselctl::to_script_line({"sleep", std::to_string(at - *before)}) << '\n';
         }
-        before = at;
+        // The command takes its own time when it is played.
+        before = at + done.at("takes").get<long>();
         script << tesselctl::to_script_line(done.at("command").get<std::vector<std::string>>())
                << '\n';
     }

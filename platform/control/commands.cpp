@@ -27,7 +27,6 @@ namespace {
 
 constexpr int kMostPixels = 100'000;
 constexpr int kMostMs = 600'000;
-constexpr int kTapMs = 50;
 constexpr int kDetentMs = 50;
 /// The bezel's detents have distinct time stamps from here on.
 constexpr int kLeastDetentMs = 10;

@@ -6,6 +6,9 @@
 
 namespace host::control {
 
+/// How long the finger of a tap stays.
+inline constexpr int kTapMs = 50;
+
 /// The one finger of the control socket. A stroke goes on to its end also when its requester goes,
 /// so that no press stays behind.
 class Pointer {

@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "control/pointer.h"
+
 namespace host::control {
 namespace {
 
@@ -80,16 +82,16 @@ void Recorder::take(const InputEvent &event) {
         lifted(event);
         break;
     case InputEvent::Kind::detent:
-        add(ecore_time_get(), {"bezel", event.clockwise ? "1" : "-1"});
+        add(ecore_time_get(), 0, {"bezel", event.clockwise ? "1" : "-1"});
         break;
     case InputEvent::Kind::key:
-        add(ecore_time_get(), {"key", name_of(event.key)});
+        add(ecore_time_get(), 0, {"key", name_of(event.key)});
         break;
     case InputEvent::Kind::focus_moved:
         // What is pressed there comes as a tap.
         break;
     case InputEvent::Kind::turned:
-        add(ecore_time_get(), {"rotate", std::to_string(event.degrees)});
+        add(ecore_time_get(), 0, {"rotate", std::to_string(event.degrees)});
         break;
     }
 }
@@ -105,19 +107,20 @@ void Recorder::lifted(const InputEvent &event) {
     const bool still = std::abs(event.x - finger->x) < kSlackPixels &&
                        std::abs(event.y - finger->y) < kSlackPixels;
     if (!still) {
-        add(finger->since,
+        add(finger->since, held,
             {"drag", x, y, std::to_string(event.x), std::to_string(event.y), std::to_string(held)});
     } else if (held > kLongestTapMs) {
-        add(finger->since, {"press", x, y, std::to_string(held)});
+        add(finger->since, held, {"press", x, y, std::to_string(held)});
     } else {
-        add(finger->since, {"tap", x, y});
+        add(finger->since, kTapMs, {"tap", x, y});
     }
 }
 
-void Recorder::add(double at, Json command) {
+void Recorder::add(double at, long takes_ms, Json command) {
     if (recorded_.size() < kMostRecorded) {
-        recorded_.push_back(
-            {{"at", static_cast<long>(std::lround(at * 1000.0))}, {"command", std::move(command)}});
+        recorded_.push_back({{"at", std::lround(at * 1000.0)},
+                             {"takes", takes_ms},
+                             {"command", std::move(command)}});
     }
     // At once: what is done now may end the program.
     if (waiting_) {

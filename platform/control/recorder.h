@@ -19,8 +19,9 @@ public:
     Recorder &operator=(const Recorder &) = delete;
 
     /// Replies with the commands since the last call, once there is one or `deadline_ms` have
-    /// passed: `input`, a list of objects with `at` in milliseconds of a steady clock and
-    /// `command`, a list of words. The first call begins the recording; it ends with its requester.
+    /// passed: `input`, a list of objects with `at`, its begin in milliseconds of a steady
+    /// clock, `takes`, how many of them the command takes, and `command`, a list of words. The
+    /// first call begins the recording; it ends with its requester.
     /// @throws RequestError while another waits
     void wait(int deadline_ms, const Responder &responder);
 
@@ -32,7 +33,7 @@ private:
     };
 
     void take(const InputEvent &event);
-    void add(double at, Json command);
+    void add(double at, long takes_ms, Json command);
     void lifted(const InputEvent &event);
     bool check();
     void answer();

@@ -148,9 +148,8 @@ std::string session_of_environment() {
 }  // namespace
 
 void start_screen_watch() {
-    post_to_service_thread([id = session_of_environment()] {
-        screen_watch() = std::make_shared<ScreenWatch>(id);
-    });
+    post_to_service_thread(
+        [id = session_of_environment()] { screen_watch() = std::make_shared<ScreenWatch>(id); });
     with_system_bus([](GDBusConnection *bus, const char * /*why_not*/) {
         if (bus != nullptr && screen_watch()) {
             screen_watch()->join_system_bus(bus);

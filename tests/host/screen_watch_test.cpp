@@ -93,10 +93,10 @@ private:
             g_variant_builder_add(&arguments, "v",
                                   g_variant_new_boolean(argument == "<true>" ? TRUE : FALSE));
         }
-        EXPECT_TRUE(child::call(
-            connection_.get(), kName, path, kMock, "EmitSignal",
-            g_variant_new("(sssav)", ("org.freedesktop.login1." + interface).c_str(), name,
-                          argument.empty() ? "" : "b", &arguments)));
+        EXPECT_TRUE(
+            child::call(connection_.get(), kName, path, kMock, "EmitSignal",
+                        g_variant_new("(sssav)", ("org.freedesktop.login1." + interface).c_str(),
+                                      name, argument.empty() ? "" : "b", &arguments)));
     }
 
     void repeat_until_it_says(const std::string &text, const std::function<void()> &action) {
