@@ -7,6 +7,7 @@ and begins with a program's name. A command that can't be run here is in NOT_RUN
 import glob
 import os
 import re
+import shutil
 import subprocess
 
 import e2e
@@ -81,7 +82,9 @@ class Documentation(e2e.TestCase):
         self.folder = os.path.join(self.directory, "project")
         os.makedirs(os.path.join(self.folder, "build"))
         for name in os.listdir(ROOT):
-            if name not in ("build", ".git"):
+            if name == "docs":
+                shutil.copytree(os.path.join(ROOT, name), os.path.join(self.folder, name))
+            elif name not in ("build", ".git"):
                 os.symlink(os.path.join(ROOT, name), os.path.join(self.folder, name))
         os.symlink(BUILD, os.path.join(self.folder, "build/release"))
         self.environment.update(
