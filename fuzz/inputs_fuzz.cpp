@@ -1,9 +1,15 @@
 // What comes from outside beside media: launch requests, options, control lines, theme tables, key
-// files. The first byte of an input says which it is.
+// files, catalogues. The first byte of an input says which it is.
 
 #include <gio/gio.h>
+#include <libintl.h>
 #include <unistd.h>
+#include <utils_i18n.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -16,6 +22,7 @@
 #include "control/condition.h"
 #include "control/request.h"
 #include "driver.h"
+#include "i18n/locale.h"
 #include "messaging/app_control_host.h"
 #include "player/media_source.h"
 #include "settings/preference_value.h"
@@ -25,6 +32,8 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr char kLanguage[] = "fr";
 
 fs::path folder;
 
@@ -91,6 +100,53 @@ std::string key_file(const std::string &text) {
     return content && sound ? "read" : "set aside";
 }
 
+// As the program binds and asks; a catalogue is read once per process and name.
+std::string catalogue(const std::string &text) {
+    static int catalogues = 0;
+    constexpr std::array kMessages = {"WDS_MUSIC_OPT_PAUSE",  "WDS_MUSIC_OPT_PLAY", "IDS_PLAIN",
+                                      "IDS_MUSIC_OPT_VOLUME", "IDS_NOT_THERE",      "a"};
+    const fs::path locales = folder / ("locale" + std::to_string(++catalogues));
+    const fs::path messages = locales / kLanguage / "LC_MESSAGES";
+    fs::create_directories(messages);
+    std::ofstream(messages / "tessel.mo", std::ios::binary) << text;
+    bindtextdomain("tessel", locales.c_str());
+    std::size_t translated = 0;
+    for (const char *message : kMessages) {
+        const std::string found = i18n_get_text(message);
+        translated += found != message ? 1 : 0;
+    }
+    fs::remove_all(locales);
+    return translated == 0 ? "nothing translated" : "read";
+}
+
+std::uint32_t number_at(const std::string &text, std::size_t place) {
+    std::uint32_t value = 0;
+    for (std::size_t index = 4; index-- > 0;) {
+        value = value << 8U | static_cast<unsigned char>(text[place + index]);
+    }
+    return value;
+}
+
+/// Its header, and where it says that its tables are.
+std::vector<fuzz::Region> regions_of_catalogue(const std::string &input) {
+    constexpr std::size_t kHead = 28;
+    constexpr std::size_t kEntry = 8;
+    using fuzz::Part;
+    if (input.size() <= 1 + kHead) {
+        return {};
+    }
+    std::vector<fuzz::Region> regions{{1, 1 + kHead, Part::table, {}}};
+    const std::size_t entries = number_at(input, 1 + 8);
+    for (const std::size_t place : {1 + 12, 1 + 16, 1 + 24}) {
+        const std::size_t begin = 1 + number_at(input, place);
+        const std::size_t end = std::min(input.size(), begin + entries * kEntry);
+        if (begin < end) {
+            regions.push_back({begin, end, Part::table, {}});
+        }
+    }
+    return regions;
+}
+
 }  // namespace
 
 namespace fuzz {
@@ -98,9 +154,17 @@ namespace fuzz {
 void begin(const std::string &) {
     folder = fs::temp_directory_path() / ("inputs-fuzz-" + std::to_string(getpid()));
     fs::create_directories(folder);
+    setenv("LANGUAGE", kLanguage, 1);
+    host::start_locale();
 }
 
 std::vector<Region> regions_of(const std::string &input) {
+    if (input.size() < 2) {
+        return {};
+    }
+    if (input.front() == 'G') {
+        return regions_of_catalogue(input);
+    }
     // Text from the second byte on.
     return {{1, input.size(), Part::text, {}}};
 }
@@ -121,6 +185,8 @@ std::string take(const std::string &input) {
         return "theme table: " + table(text);
     case 'K':
         return "key file: " + key_file(text);
+    case 'G':
+        return "catalogue: " + catalogue(text);
     default:
         return "no kind";
     }

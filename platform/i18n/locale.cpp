@@ -16,11 +16,14 @@
 #include <vector>
 
 #include "app/lifecycle.h"
+#include "i18n/catalogue.h"
 #include "settings/settings.h"
 
 // Incremented, it tells the text lookup that LANGUAGE has another value.
 extern "C" int _nl_msg_cat_cntr;
 
+extern "C" char *__real_bindtextdomain(const char *domain, const char *folder);
+extern "C" char *__wrap_bindtextdomain(const char *domain, const char *folder);
 extern "C" void __real_elm_language_set(const char *language);
 extern "C" void __wrap_elm_language_set(const char *language);
 
@@ -105,11 +108,33 @@ std::string installed_locale(const std::string &language) {
     return is_installed(locale) ? locale : kPlainLocale;
 }
 
-void set_language_list(const std::string &languages) {
-    const std::string list =
-        languages.empty() ? kDefaultLanguage : languages + ":" + kDefaultLanguage;
-    setenv("LANGUAGE", list.c_str(), 1);
+// The languages to look texts up in, and where.
+struct Lookup {
+    std::string languages;
+    std::string folder;  // empty before the program has told it
+};
+
+Lookup &lookup() {
+    static Lookup instance;
+    return instance;
+}
+
+// The lookup doesn't survive a damaged catalogue.
+void apply_lookup() {
+    const Lookup &wanted = lookup();
+    const std::string list = wanted.folder.empty() ? wanted.languages
+                                                   : languages_with_sound_catalogues(
+                                                         wanted.languages, wanted.folder, kDomain);
+    const char *const present = std::getenv("LANGUAGE");
+    if (present == nullptr || list != present) {
+        setenv("LANGUAGE", list.c_str(), 1);
+    }
     ++_nl_msg_cat_cntr;
+}
+
+void set_language_list(const std::string &languages) {
+    lookup().languages = languages.empty() ? kDefaultLanguage : languages + ":" + kDefaultLanguage;
+    apply_lookup();
 }
 
 // What the process speaks.
@@ -229,6 +254,15 @@ void change_clock(Clock clock) {
 }
 
 }  // namespace host
+
+char *__wrap_bindtextdomain(const char *domain, const char *folder) {
+    char *const bound = __real_bindtextdomain(domain, folder);
+    if (bound != nullptr && folder != nullptr && std::string_view(domain) == host::kDomain) {
+        host::lookup().folder = folder;
+        host::apply_lookup();
+    }
+    return bound;
+}
 
 void __wrap_elm_language_set(const char *language) {
     if (language == nullptr) {
