@@ -26,6 +26,8 @@ namespace {
 
 /// What the platform's sizes are made for; another screen scales them.
 constexpr double kReferenceSide = 360.0;
+/// How much larger texts may be asked for and still fit a round screen.
+constexpr double kLargestTexts = 1.3;
 
 std::unique_ptr<Shell> instance;
 
@@ -86,7 +88,8 @@ Shell::Shell(std::unique_ptr<TopWindow> top, const Geometry &geometry)
       stage_(evas_object_rectangle_add(top_->canvas())),
       lid_(evas_object_rectangle_add(top_->canvas())),
       frame_(lid_.get()),
-      input_(top_->input_canvas(), input_targets()) {
+      input_(top_->input_canvas(), input_targets()),
+      text_scale_(std::clamp(elm_config_scale_get(), 1.0, kLargestTexts)) {
     evas_object_color_set(stage_.get(), 0, 0, 0, 0);
     lay_out(geometry);
     top_->set_events({[this](int w, int h) { window_resized(w, h); }, [this] { close(); },
@@ -117,6 +120,7 @@ Shell::Shell(std::unique_ptr<TopWindow> top, const Geometry &geometry)
 
 Shell::~Shell() {
     top_->set_events({});
+    elm_config_scale_set(text_scale_);
     // The program's windows belong to the stage's canvas: they can't outlive it. Each leaves the
     // list as it goes.
     std::vector<Evas_Object *> left;
@@ -208,7 +212,8 @@ void Shell::lay_out(const Geometry &geometry) {
     geometry_ = geometry;
     // A widget's size says nothing of the screen that it is on.
     if (resized && geometry.round) {
-        const double scale = std::min(geometry.screen.w, geometry.screen.h) / kReferenceSide;
+        const double scale =
+            text_scale_ * std::min(geometry.screen.w, geometry.screen.h) / kReferenceSide;
         if (scale != elm_config_scale_get()) {
             elm_config_scale_set(scale);
         }

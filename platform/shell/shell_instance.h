@@ -69,6 +69,7 @@ private:
     std::vector<std::unique_ptr<ProgramWindow>> windows_;  ///< oldest first
     ButtonFocus focus_;
     bool key_presses_ = false;  ///< the finger that comes down is none
+    const double text_scale_;   ///< as the toolkit was configured by the user
     Geometry geometry_;
     int rotation_ = 0;
     int ring_ = 0;  ///< detents clockwise from the top
