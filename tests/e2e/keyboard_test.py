@@ -2,7 +2,8 @@
 
 import e2e
 
-VOLUME, PAUSE, PLAY = "video/volume/on", "video/pause", "video/play"
+VOLUME, MUTE = "video/volume/on", "video/volume/mute"
+PAUSE, PLAY = "video/pause", "video/play"
 
 
 class Keyboard(e2e.DisplayTestCase):
@@ -24,14 +25,21 @@ class Keyboard(e2e.DisplayTestCase):
         e2e.wait_until(has_come, f"the focus of {style}")
 
     def rim(self, player, style):
-        """What is drawn where the focus shows, left and right of a button; nothing when it is hidden."""
-        for button in player.state()["buttons"]:
-            if button["style"] == style:
-                middle = button["y"] + button["height"] // 2
-                picture = player.picture()
-                return [picture.at(x, middle)
-                        for x in (button["x"] - 2, button["x"] + button["width"] + 1)]
-        return None
+        """What is drawn where the focus shows, left and right of a button."""
+        button = next(each for each in player.state()["buttons"] if each["style"] == style)
+        middle = button["y"] + button["height"] // 2
+        picture = player.picture()
+        return [picture.at(x, middle) for x in (button["x"] - 2, button["x"] + button["width"] + 1)]
+
+    def settled_rim(self, player, style):
+        """The same when it has stopped moving: controls come and go softly."""
+        seen = []
+
+        def is_settled():
+            seen.append(self.rim(player, style))
+            return len(seen) > 3 and len(set(map(str, seen[-3:]))) == 1
+        e2e.wait_until(is_settled, "an end of the motion")
+        return seen[-1]
 
     def press_until(self, player, condition):
         def holds():
@@ -83,24 +91,33 @@ class Keyboard(e2e.DisplayTestCase):
         self.key(player, "Escape")
         player.expect_exit(0)
 
+    def assert_ring(self, player, style):
+        """The ring is at the button: the picture changes when the focus goes on."""
+        focused = self.settled_rim(player, style)
+        self.key(player, "Tab")
+        self.assertNotEqual(focused, self.settled_rim(player, style))
+
+    def play_with_lasting_controls(self):
+        """Nothing else moves on the screen, whose clip has no pictures, and the controls stay."""
+        player = self.play(e2e.SOUND)
+        player.control("screen-reader", "on")
+        player.wait("screen_reader==true")
+        self.show_by_key(player)
+        return player
+
     def test_the_focus_still_shows_after_a_press(self):
-        player = self.play(e2e.LONG)
+        player = self.play_with_lasting_controls()
         self.go_to(player, PAUSE)
+        self.press_until(player, "player==paused")
+        self.assert_ring(player, PLAY)
 
-        def ring_was_there():
-            # Playing gives the button another picture, and the pause a picture that stands still.
-            self.press_until(player, "player==paused")
-            focused = self.rim(player, PLAY)
-            self.key(player, "Tab")
-            plain = self.rim(player, PLAY)
-            self.key(player, "shift+Tab")
-            if None not in (focused, plain):
-                self.assertNotEqual(focused, plain)
-                return True
-            self.press_until(player, "player==playing")
-            return False
-
-        e2e.wait_until(ring_was_there, "a look at the ring before the controls go")
+    def test_the_focus_still_shows_when_the_button_gets_another_picture(self):
+        player = self.play_with_lasting_controls()
+        player.control("volume", 5)
+        self.go_to(player, VOLUME)
+        player.control("volume", 0)
+        e2e.wait_until(lambda: self.focused(player) == [MUTE], "the muted picture")
+        self.assert_ring(player, MUTE)
 
 
 if __name__ == "__main__":
