@@ -101,6 +101,9 @@ void Download::fail(Event event) {
     {
         const std::lock_guard lock(mutex_);
         file_.reset();
+        // What there is no room for takes none.
+        unlink(unfinished_.c_str());
+        unfinished_.clear();
     }
     tell_(event);
 }
