@@ -137,6 +137,60 @@ def playback(build, clips, runs, names):
                   f"| {rows[-1]['status']} |", flush=True)
 
 
+def own_count(command, ask, seconds):
+    """What `ask` tells of a running player shortly before the clip's end."""
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as player:
+        time.sleep(seconds - 1)
+        count = ask(player)
+        player.terminate()
+    return count
+
+
+def tessel_drops(build, clip, seconds):
+    def ask(player):
+        state = subprocess.run([str(build / "bin/tesselctl"), "--pid", str(player.pid), "state"],
+                               check=True, capture_output=True, text=True).stdout
+        return json.loads(state)["state"]["frames"]["dropped"]
+    return own_count([str(build / "bin/tessel"), "--new-instance", "--control", clip], ask, seconds)
+
+
+def mpv_drops(clip, seconds):
+    with tempfile.TemporaryDirectory() as folder:
+        path = os.path.join(folder, "mpv.sock")
+
+        def ask(_):
+            dropped = 0
+            for name in ("frame-drop-count", "decoder-frame-drop-count"):
+                with socket.socket(socket.AF_UNIX) as link:
+                    link.connect(path)
+                    link.sendall(json.dumps({"command": ["get_property", name]}).encode() + b"\n")
+                    for line in link.makefile("r"):
+                        reply = json.loads(line)
+                        if "error" in reply:
+                            dropped += reply.get("data") or 0
+                            break
+            return dropped
+        return own_count(["mpv", "--no-config", "--vo=x11", "--ao=null", "--geometry=360x360",
+                          "--no-keepaspect-window", f"--input-ipc-server={path}", clip],
+                         ask, seconds)
+
+
+def drops(build, clips, runs, names):
+    """As each counts them itself. The other peers tell nobody: gst-play and cvlc have no such
+    count, and ffplay writes its own only for a terminal. Changes a second, which are seen from
+    outside, say less: a line of the cropped picture changes less often than one of all of it."""
+    print("\n## Dropped frames, as each player counts them\n")
+    print("| clip | frames | tessel | mpv |")
+    print("|---|---|---|---|")
+    for key in names:
+        name, _, rate, seconds, _ = CLIPS[key]
+        clip = str(clips / name)
+        counts = [(tessel_drops(build, clip, seconds), mpv_drops(clip, seconds))
+                  for _ in range(runs)]
+        print(f"| {key} | {rate * (seconds - 1)} | {median([count[0] for count in counts]):.0f} "
+              f"| {median([count[1] for count in counts]):.0f} |", flush=True)
+
+
 class Mpv:
     """mpv by its socket: a paused seek has ended at the event that says so."""
 
@@ -274,10 +328,10 @@ def main():
     parser.add_argument("--runs", type=int, default=3)
     parser.add_argument("--clips", default="ABCD", help="clips of the playback table")
     parser.add_argument("tables", nargs="*", metavar="TABLE",
-                        help="playback, seek, growth, micro; all by default")
+                        help="playback, drops, seek, growth, micro; all by default")
     arguments = parser.parse_args()
-    tables = arguments.tables or ["playback", "seek", "growth", "micro"]
-    unknown = set(tables) - {"playback", "seek", "growth", "micro"}
+    tables = arguments.tables or ["playback", "drops", "seek", "growth", "micro"]
+    unknown = set(tables) - {"playback", "drops", "seek", "growth", "micro"}
     if unknown:
         parser.error(f"no table is called {', '.join(sorted(unknown))}")
     clips = arguments.build / "bench-clips"
@@ -285,6 +339,8 @@ def main():
     with Desktop():
         if "playback" in tables:
             playback(arguments.build, clips, arguments.runs, arguments.clips)
+        if "drops" in tables:
+            drops(arguments.build, clips, arguments.runs, arguments.clips)
         if "seek" in tables:
             seek(arguments.build, clips, arguments.runs)
         if "growth" in tables:
