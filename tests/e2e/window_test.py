@@ -112,9 +112,8 @@ class Shape(e2e.DisplayTestCase):
         self.assertEqual((picture.width, picture.height), self.display.SIZE)
         self.assertEqual(player.state()["screen"], {"width": 700, "height": 700})
         self.assertTrue(picture.is_black(20, 350))
-        before = player.state()["position"]
         self.key(player, "Right")
-        player.wait(f"position>={before + 9_000}")
+        e2e.wait_until(lambda: player.log_has("Event count: [1]"), "the bezel's turn")
         self.key(player, "Escape")
         player.expect_exit(0)
 
