@@ -24,10 +24,11 @@ constexpr int kLargestScreen = 8192;
 constexpr double kSmallestScale = 0.5;
 constexpr double kLargestScale = 4.0;
 
+constexpr std::string_view kPlayer = "tessel";
+constexpr const char *kPlayerPurpose = "Plays one video in a round screen with a bezel, and ends.";
+constexpr const char *kApplicationPurpose = "Runs an application of the watch on this machine.";
+
 constexpr const char *kUsage =
-    "Usage: tessel [OPTION]... [PATH or URI]\n"
-    "Plays one video in a round screen with a bezel, and ends.\n"
-    "\n"
     "  --operation NAME           operation of the launch request (default: view)\n"
     "  --mime TYPE                MIME type of the launch request\n"
     "  --extra KEY=VALUE          extra data of the launch request; may be repeated\n"
@@ -69,8 +70,14 @@ bool read_number(std::string_view text, Number &number) {
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
-std::string usage() {
-    return std::string(kUsage) + "\nKeys:\n" + describe_keys() + '\n' + kUsageEnd;
+std::string_view without_folder(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+std::string usage(const std::string &program) {
+    return "Usage: " + program + " [OPTION]... [PATH or URI]\n" +
+           (program == kPlayer ? kPlayerPurpose : kApplicationPurpose) + "\n\n" + kUsage +
+           "\nKeys:\n" + describe_keys() + '\n' + kUsageEnd;
 }
 
 void read_screen(Options &options, const std::string &value) {
@@ -182,7 +189,8 @@ const typename Table::value_type *find_option(const Table &table, std::string_vi
 class Parser {
 public:
     Parser(int argc, const char *const *argv)
-        : arguments_(argv + (argc > 0 ? 1 : 0), argv + argc) {}
+        : program_(argc > 0 ? without_folder(argv[0]) : kPlayer),
+          arguments_(argv + (argc > 0 ? 1 : 0), argv + argc) {}
 
     std::variant<Options, CommandLineEnd> parse() {
         bool options_ended = false;
@@ -194,7 +202,7 @@ public:
             } else if (argument == "--") {
                 options_ended = true;
             } else if (argument == kHelp) {
-                return CommandLineEnd{0, usage()};
+                return CommandLineEnd{0, usage(program_)};
             } else if (argument == kVersion) {
                 return CommandLineEnd{0, "tessel " TESSEL_VERSION "\n"};
             } else {
@@ -258,6 +266,7 @@ private:
         return arguments_[next_++];
     }
 
+    std::string program_;
     std::vector<std::string> arguments_;
     std::size_t next_ = 0;
     Options options_;

@@ -25,11 +25,14 @@ public:
     bool create() override { return callbacks_.create == nullptr || callbacks_.create(user_data_); }
     void take(app_control_h request) override {
         begin_launch();
-        if (names_nothing(*request)) {
-            report_playback_failure("nothing to play: the request has neither a URI nor a path");
-        }
+        // What the callback makes of the request must not change what was asked.
+        const bool nothing_named = names_nothing(*request);
+        *request->asked_for_media = false;
         if (callbacks_.app_control != nullptr) {
             callbacks_.app_control(request, user_data_);
+        }
+        if (nothing_named && *request->asked_for_media) {
+            report_playback_failure("nothing to play: the request has neither a URI nor a path");
         }
     }
     void set_foreground(bool foreground) override {

@@ -90,6 +90,9 @@ int app_control_set_uri(app_control_h app_control, const char *uri) {
 }
 
 int app_control_get_uri(app_control_h app_control, char **uri) {
+    if (app_control != nullptr) {
+        *app_control->asked_for_media = true;
+    }
     return get_field(app_control, &app_control_s::uri, uri);
 }
 

@@ -20,6 +20,8 @@ struct app_control_s {
     std::optional<std::string> caller;
     app_control_launch_mode_e launch_mode = APP_CONTROL_LAUNCH_MODE_SINGLE;
     bundle extras;
+    /// Whether the application has looked for the media to be played, here or in a copy.
+    std::shared_ptr<bool> asked_for_media = std::make_shared<bool>(false);
 };
 
 namespace host {

@@ -12,8 +12,8 @@ MENU = {"remind": (MIDDLE, 190), "copy": (MIDDLE, 255), "close": (MIDDLE, 315)}
 class PagesTest(e2e.TestCase):
     def setUp(self):
         super().setUp()
-        # It takes no media; the name stands for any launch request.
-        self.app = self.start("tides", program="example-pages")
+        # It takes no media, and nothing is missing without.
+        self.app = self.start(program="example-pages")
         self.app.wait("page==home")
 
     # What happened, counted in the log: an action is over when its line has come once more.
@@ -204,6 +204,7 @@ class PagesTest(e2e.TestCase):
         self.open_harbour()
         self.app.control("quit")
         self.app.expect_exit(0)
+        self.assertNotIn("nothing to play", self.app.text())
         self.assert_in_order(self.app, ["the end", "Dingle is gone"])
 
 

@@ -39,6 +39,11 @@ class CommandLine(e2e.TestCase):
         picture = self.screen(player)
         self.assertEqual((picture.width, picture.height), (180, 180))
 
+    def test_without_a_video_it_fails_with_one_line(self):
+        status, _, player = self.run_to_end()
+        self.assertEqual((status, player.text()), (
+            1, "tessel: nothing to play: the request has neither a URI nor a path\n"))
+
     def test_no_log_without_the_option(self):
         status, _, player = self.run_to_end(e2e.clip(e2e.SHORT))
         self.assertEqual(status, 0)

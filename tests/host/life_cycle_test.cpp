@@ -164,7 +164,8 @@ TEST(ExitStatus, IsOneWithALineWhenThereIsNoSuchDisplay) {
 TEST(ExitStatus, HelpGoesToStandardOutput) {
     child::Process process(probe({"--help"}), kNoBus);
     EXPECT_EQ(process.wait(), 0);
-    EXPECT_TRUE(process.output().starts_with("Usage: tessel "));
+    EXPECT_TRUE(process.output().starts_with("Usage: life-cycle-probe "));
+    EXPECT_FALSE(has(process.output(), "Plays one video"));
     EXPECT_EQ(process.errors(), "");
 }
 

@@ -192,6 +192,7 @@ TEST(Options, HelpNamesEveryOptionAndSucceeds) {
     ASSERT_TRUE(std::holds_alternative<CommandLineEnd>(parsed));
     const auto &end = std::get<CommandLineEnd>(parsed);
     EXPECT_EQ(end.status, 0);
+    EXPECT_TRUE(end.text.starts_with("Usage: tessel [OPTION]... [PATH or URI]\nPlays one video "));
     for (const char *name : {"--operation", "--mime", "--extra", "--screen", "--scale", "--frame",
                              "--fullscreen", "--headless", "--control", "--new-instance",
                              "--profile", "--log", "--screenshot", "--help", "--version"}) {
