@@ -2,23 +2,22 @@
 // those of machines that a test has none of: sound cards with sockets, and Bluetooth sets.
 
 #include <gtest/gtest.h>
-#include <pulse/proplist.h>
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "sink_answer.h"
 #include "sound/pulse/outputs.h"
 
 namespace {
 
+using host::sound::pulse::changes_between;
 using host::sound::pulse::devices_of;
 using host::sound::pulse::level_of;
 using host::sound::pulse::Outputs;
-using host::sound::pulse::Port;
 using host::sound::pulse::read_sink;
 using host::sound::pulse::Sink;
 using host::sound::pulse::volume_for;
@@ -30,49 +29,15 @@ constexpr int unknown = PA_PORT_AVAILABLE_UNKNOWN;
 const std::string laptop = "alsa_output.pci-0000_00_1f.3.analog-stereo";
 const std::string screen = "alsa_output.pci-0000_01_00.1.hdmi-stereo";
 
-/// One answer of the server about a sink, in the server's own form.
-struct Answer {
-    std::string name = laptop;
-    std::string description = "Built-in Audio Analog Stereo";
-    std::map<std::string, std::string> properties;
-    std::vector<Port> ports;
-    std::string active_port;
-    std::vector<pa_volume_t> volume = {PA_VOLUME_NORM, PA_VOLUME_NORM};
-    bool muted = false;
+SinkAnswer laptop_answer() {
+    SinkAnswer answer;
+    answer.name = laptop;
+    answer.description = "Built-in Audio Analog Stereo";
+    return answer;
+}
 
-    [[nodiscard]] Sink read() const {
-        const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> list(pa_proplist_new(),
-                                                                             &pa_proplist_free);
-        for (const auto &[key, value] : properties) {
-            pa_proplist_sets(list.get(), key.c_str(), value.c_str());
-        }
-        std::vector<pa_sink_port_info> infos(ports.size());
-        std::vector<pa_sink_port_info *> pointers;
-        pa_sink_port_info *active = nullptr;
-        for (std::size_t index = 0; index < ports.size(); ++index) {
-            infos[index].name = ports[index].name.c_str();
-            infos[index].description = ports[index].description.c_str();
-            infos[index].type = static_cast<std::uint32_t>(ports[index].type);
-            infos[index].available = ports[index].available;
-            pointers.push_back(&infos[index]);
-            active = ports[index].name == active_port ? &infos[index] : active;
-        }
-        pa_sink_info info{};
-        info.name = name.c_str();
-        info.description = description.c_str();
-        info.proplist = list.get();
-        info.volume.channels = static_cast<std::uint8_t>(volume.size());
-        std::copy(volume.begin(), volume.end(), info.volume.values);
-        info.mute = muted ? 1 : 0;
-        info.n_ports = static_cast<std::uint32_t>(pointers.size());
-        info.ports = pointers.empty() ? nullptr : pointers.data();
-        info.active_port = active;
-        return read_sink(info);
-    }
-};
-
-Answer laptop_with(int headphones, const std::string &active, bool typed = true) {
-    Answer answer;
+SinkAnswer laptop_with(int headphones, const std::string &active, bool typed = true) {
+    SinkAnswer answer = laptop_answer();
     answer.properties = {
         {"device.bus", "pci"}, {"device.form_factor", "internal"}, {"device.api", "alsa"}};
     answer.ports = {
@@ -84,8 +49,8 @@ Answer laptop_with(int headphones, const std::string &active, bool typed = true)
     return answer;
 }
 
-Answer screen_with(int available) {
-    Answer answer;
+SinkAnswer screen_with(int available) {
+    SinkAnswer answer;
     answer.name = screen;
     answer.description = "HDMI Audio";
     answer.properties = {{"device.bus", "pci"}, {"device.api", "alsa"}};
@@ -94,8 +59,8 @@ Answer screen_with(int available) {
     return answer;
 }
 
-Answer plain_sink(const std::string &name, std::map<std::string, std::string> properties) {
-    Answer answer;
+SinkAnswer plain_sink(const std::string &name, std::map<std::string, std::string> properties) {
+    SinkAnswer answer;
     answer.name = name;
     answer.description = "Thing";
     answer.properties = std::move(properties);
@@ -104,7 +69,7 @@ Answer plain_sink(const std::string &name, std::map<std::string, std::string> pr
 
 struct Row {
     std::string name;
-    std::vector<Answer> sinks;
+    std::vector<SinkAnswer> sinks;
     std::string default_name;
     std::vector<int> types;           ///< of all devices
     std::vector<int> types_on_watch;  ///< the same under the watch's profile
@@ -119,7 +84,7 @@ class OutputDevices : public testing::TestWithParam<Row> {};
 std::vector<int> types_of(const Row &row, bool watch_profile) {
     Outputs outputs;
     outputs.default_name = row.default_name;
-    for (const Answer &answer : row.sinks) {
+    for (const SinkAnswer &answer : row.sinks) {
         outputs.sinks.push_back(answer.read());
     }
     std::vector<int> types;
@@ -210,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto &info) { return info.param.name; });
 
 TEST(OutputDevices, PortsOfABluetoothSetAreOneDevice) {
-    Answer set = plain_sink("bluez_output.x", {{"device.bus", "bluetooth"}});
+    SinkAnswer set = plain_sink("bluez_output.x", {{"device.bus", "bluetooth"}});
     set.description = "Kitchen radio";
     set.ports = {{"headset-output", "Headset", PA_DEVICE_PORT_TYPE_HEADSET, yes},
                  {"headphone-output", "Headphone", PA_DEVICE_PORT_TYPE_HEADPHONES, yes}};
@@ -220,7 +185,7 @@ TEST(OutputDevices, PortsOfABluetoothSetAreOneDevice) {
 }
 
 TEST(OutputDevices, DevicesThatLookAlikeAreToldApart) {
-    Answer second = laptop_with(yes, "analog-output-headphones");
+    SinkAnswer second = laptop_with(yes, "analog-output-headphones");
     second.name = "second";
     const auto devices = devices_of(
         {laptop, {laptop_with(yes, "analog-output-headphones").read(), second.read()}}, false);
@@ -230,6 +195,21 @@ TEST(OutputDevices, DevicesThatLookAlikeAreToldApart) {
             EXPECT_NE(devices[one].id, devices[other].id);
         }
     }
+}
+
+TEST(OutputDevices, OneOfTwoThatLookAlikeGoes) {
+    const SinkAnswer first = laptop_with(yes, "analog-output-headphones");
+    SinkAnswer second = first;
+    second.name = "second";
+    second.description = "Other Audio";
+    SinkAnswer second_pulled_out = laptop_with(no, "analog-output-speaker");
+    second_pulled_out.name = second.name;
+    const auto changes =
+        changes_between(devices_of({laptop, {first.read(), second.read()}}, false),
+                        devices_of({laptop, {first.read(), second_pulled_out.read()}}, false));
+    ASSERT_EQ(changes.size(), 1U);
+    EXPECT_FALSE(changes[0].connected);
+    EXPECT_EQ(changes[0].device.name, "Other Audio: Headphones");
 }
 
 TEST(OutputDevices, AnswerMayLackWhatItCanLack) {
@@ -243,7 +223,7 @@ TEST(OutputDevices, AnswerMayLackWhatItCanLack) {
 // ---- levels
 
 Sink sink_at(double part, double other = -1.0, bool muted = false) {
-    Answer answer;
+    SinkAnswer answer = laptop_answer();
     answer.volume = {static_cast<pa_volume_t>(part * PA_VOLUME_NORM),
                      static_cast<pa_volume_t>((other < 0 ? part : other) * PA_VOLUME_NORM)};
     answer.muted = muted;

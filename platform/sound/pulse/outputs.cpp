@@ -98,6 +98,20 @@ bool is_mute_of_ports(const Sink &sink) {
                        [](const Port &port) { return type_of(port) != kPlain; });
 }
 
+void add_those_without(const std::vector<KnownDevice> &devices,
+                       const std::vector<KnownDevice> &others, bool connected,
+                       std::vector<DeviceChange> &changes) {
+    for (const KnownDevice &known : devices) {
+        const bool in_both =
+            std::any_of(others.begin(), others.end(), [&known](const KnownDevice &other) {
+                return other.id == known.id && other.device.type == known.device.type;
+            });
+        if (!in_both) {
+            changes.push_back({known.device, connected});
+        }
+    }
+}
+
 }  // namespace
 
 const Sink *Outputs::default_sink() const {
@@ -143,6 +157,14 @@ std::vector<KnownDevice> devices_of(const Outputs &outputs, bool watch_profile) 
         }
     }
     return devices;
+}
+
+std::vector<DeviceChange> changes_between(const std::vector<KnownDevice> &before,
+                                          const std::vector<KnownDevice> &after) {
+    std::vector<DeviceChange> changes;
+    add_those_without(before, after, false, changes);
+    add_those_without(after, before, true, changes);
+    return changes;
 }
 
 int level_of(const Sink &sink) {

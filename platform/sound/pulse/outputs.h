@@ -56,6 +56,15 @@ struct KnownDevice {
 ///                       device, so that its volume can be changed
 [[nodiscard]] std::vector<KnownDevice> devices_of(const Outputs &outputs, bool watch_profile);
 
+struct DeviceChange {
+    Device device;
+    bool connected = false;
+};
+
+/// What went, then what came. What is of another type now went as the one and came as the other.
+[[nodiscard]] std::vector<DeviceChange> changes_between(const std::vector<KnownDevice> &before,
+                                                        const std::vector<KnownDevice> &after);
+
 /// The level, 0 to kMaxLevel, nearest to a sink's volume; above 0 for all that can be heard.
 [[nodiscard]] int level_of(const Sink &sink);
 

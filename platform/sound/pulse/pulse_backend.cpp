@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -149,20 +148,8 @@ private:
         if (!answered_) {
             return;
         }
-        report_those_without(before, devices_, false);
-        report_those_without(devices_, before, true);
-    }
-
-    void report_those_without(const std::vector<KnownDevice> &devices,
-                              const std::vector<KnownDevice> &others, bool connected) {
-        for (const KnownDevice &known : devices) {
-            const bool in_both =
-                std::any_of(others.begin(), others.end(), [&known](const KnownDevice &other) {
-                    return other.id == known.id && other.device.type == known.device.type;
-                });
-            if (!in_both) {
-                events_.device_changed(known.device, connected);
-            }
+        for (const auto &change : pulse::changes_between(before, devices_)) {
+            events_.device_changed(change.device, change.connected);
         }
     }
 
