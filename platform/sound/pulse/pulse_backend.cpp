@@ -28,8 +28,8 @@ public:
     PulseBackend(Events &events, bool watch_profile)
         : events_(events),
           watch_profile_(watch_profile),
-          link_({[this](Outputs outputs, bool volumes_settled) {
-                     update(std::move(outputs), volumes_settled);
+          link_({[this](const Outputs &outputs, bool volumes_settled) {
+                     update(outputs, volumes_settled);
                  },
                  [this] { forget(); }}) {}
 
@@ -101,7 +101,7 @@ private:
 
     // On the link's thread.
 
-    void update(Outputs outputs, bool volumes_settled) {
+    void update(const Outputs &outputs, bool volumes_settled) {
         const std::lock_guard lock(mutex_);
         there_ = true;
         change_devices(devices_of(outputs, watch_profile_));
