@@ -206,6 +206,9 @@ class Reader(Accessibility, e2e.TestCase):
         volume = e2e.wait_until(lambda: player.state()["volume"], "the volume")
         e2e.wait_until(lambda: f"english {volume}" in speech.said(), "the level")
 
+    def showing(self):
+        return [node for node in self.desktop.tree() if node["showing"]]
+
     def test_the_volume_screen_is_read_in_the_language_and_in_the_region_s_digits(self):
         speech = SpeechServer(self.directory, self.environment)
         self.addCleanup(speech.end)
@@ -217,10 +220,11 @@ class Reader(Accessibility, e2e.TestCase):
         self.press_by_reader("مستوى الصوت")
         player.wait("page==tsl_volume_view && level==٧")
         self.named("٧")
-        tree = [node for node in self.desktop.tree() if node["showing"]]
-        self.assertEqual(set(buttons(tree)), {"كتم الصوت", "خفض مستوى الصوت", "رفع مستوى الصوت"})
+        # The page below is seen, and read, until this one has come all the way.
+        names = {"كتم الصوت", "خفض مستوى الصوت", "رفع مستوى الصوت"}
+        e2e.wait_until(lambda: set(buttons(self.showing())) == names, "the volume screen alone")
         self.assertIn("مستوى الصوت\nأدر الإطار لضبط مستوى الصوت",
-                      [node["name"] for node in tree if node["role"] == "page tab"])
+                      [node["name"] for node in self.showing() if node["role"] == "page tab"])
         self.press_by_reader("خفض مستوى الصوت")
         self.named("٦")
         e2e.wait_until(lambda: "arabic ٦" in speech.said(), "the level")
