@@ -1,5 +1,6 @@
 #include "player/pipeline.h"
 
+#include <dlog.h>
 #include <gst/app/gstappsink.h>
 #include <gst/video/video.h>
 
@@ -10,6 +11,7 @@
 
 #include "player/decoder_tuning.h"
 #include "player/sound_headers.h"
+#include "player/subtitle_file.h"
 
 namespace host {
 namespace {
@@ -136,6 +138,11 @@ void Pipeline::build() {
 void Pipeline::connect_subtitles() {
     const StreamSettings &settings = setup_.settings;
     if (settings.subtitle_path.empty()) {
+        return;
+    }
+    if (!is_safe_subtitle_file(settings.subtitle_path)) {
+        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "HOST", "The subtitles %s are damaged and left out",
+                     settings.subtitle_path.c_str());
         return;
     }
     const GText uri(gst_filename_to_uri(settings.subtitle_path.c_str(), nullptr));

@@ -120,6 +120,28 @@ protected:
     std::vector<int> positions_;
 };
 
+TEST_F(PlayerSubtitles, OfFramesAreShown) {
+    const std::string path = write("frames.sub", "{3}{6}{y:i}One|two\n{9}{12}Three\n" + kRoom);
+    ASSERT_EQ(player_set_subtitle_path(player_, path.c_str()), PLAYER_ERROR_NONE);
+    play_to_the_end(clip("one_second.mp4"));
+    const std::lock_guard lock(mutex_);
+    EXPECT_EQ(texts_, (std::vector<std::string>{"One\ntwo", "Three"}));
+}
+
+TEST_F(PlayerSubtitles, WithALineThatEndsWithinItsBracesAreLeftOut) {
+    for (const std::string line :
+         {"{9}{12 Three", "{9}{12", "{ 9}{12}{y:i", "{9}{12}One{", "}{9}{12\n{9}{12"}) {
+        SCOPED_TRACE(line);
+        const std::string path = write("damaged.sub", "{3}{6}One\n" + line + "\n" + kRoom);
+        ASSERT_EQ(player_set_subtitle_path(player_, path.c_str()), PLAYER_ERROR_NONE);
+        completed_ = 0;
+        play_to_the_end(clip("one_second.mp4"));
+        ASSERT_EQ(player_unprepare(player_), PLAYER_ERROR_NONE);
+        const std::lock_guard lock(mutex_);
+        EXPECT_EQ(texts_, std::vector<std::string>{});
+    }
+}
+
 TEST_F(PlayerSubtitles, ComeWhenTheyAreDueWithoutMarkup) {
     ASSERT_EQ(player_set_subtitle_path(player_, path_.c_str()), PLAYER_ERROR_NONE);
     play_to_the_end(clip("one_second.mp4"));
