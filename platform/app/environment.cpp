@@ -50,7 +50,7 @@ void set_up_log(const Options &options) {
 /// none of them can be reading it, and all that open a file wait for that: tens of milliseconds of
 /// the start.
 void grow_descriptor_table() {
-    constexpr int kMoreThanAPlaybackNeeds = 255;
+    constexpr int kMoreThanAPlaybackNeeds = 511;
     const UniqueFd any(open("/dev/null", O_RDONLY | O_CLOEXEC));
     const UniqueFd highest(fcntl(any.get(), F_DUPFD_CLOEXEC, kMoreThanAPlaybackNeeds));
 }

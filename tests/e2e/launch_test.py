@@ -15,6 +15,13 @@ class Launch(e2e.TestCase):
         shutil.copy(e2e.clip(e2e.SHORT), path)
         return path
 
+    def test_no_thread_waits_for_a_larger_table_of_descriptors(self):
+        player = self.play(e2e.LONG)
+        with open(f"/proc/{player.child.pid}/status", encoding="ascii") as status:
+            size = next(int(line.split()[1]) for line in status if line.startswith("FDSize"))
+        # What a playback fills by itself makes it half as large.
+        self.assertGreaterEqual(size, 512)
+
     def test_a_name_with_blanks_percent_signs_and_other_letters_is_taken_literally(self):
         player = self.start(self.odd_clip())
         state = player.wait("player==playing")
