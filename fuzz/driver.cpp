@@ -2,7 +2,7 @@
 //
 // The input under way is in CURRENT-FILE, so that it is there when the process doesn't survive it.
 // One line for each input says what came of it: seed, changes, those in headers, outcome.
-// With COUNT 0 the input is CURRENT-FILE's as it is, to look at a finding again.
+// With COUNT 0 the only input is CURRENT-FILE's as it is, to look at a finding again.
 
 #include "driver.h"
 
@@ -43,13 +43,8 @@ void write(const fs::path &name, const std::string &data) {
     std::ofstream(name, std::ios::binary) << data;
 }
 
-void run(const std::vector<std::string> &corpus, unsigned first, unsigned count,
-         const char *current) {
-    // What is loaded on first use stays: each input as it is comes before the changed ones.
-    for (const std::string &input : corpus) {
-        (void)fuzz::take(input);
-    }
-    fuzz::loaded();
+void take_changed(const std::vector<std::string> &corpus, unsigned first, unsigned count,
+                  const char *current) {
     for (unsigned seed = first; seed < first + count; ++seed) {
         std::string input = corpus[seed % corpus.size()];
         fuzz::Mutator mutator(seed);
@@ -80,12 +75,16 @@ int main(int argc, char **argv) {
         return 2;
     }
     fuzz::begin(argv[1]);
+    // What is loaded on first use stays: each input as it is comes before the changed ones.
+    for (const std::string &input : corpus) {
+        (void)fuzz::take(input);
+    }
+    fuzz::loaded();
     if (count == 0) {
         std::printf("%s\n", fuzz::take(read(argv[4])).c_str());
-        (void)fuzz::end();
-        return 0;
+    } else {
+        take_changed(corpus, first, count, argv[4]);
     }
-    run(corpus, first, count, argv[4]);
     const std::string left = fuzz::end();
     if (!left.empty()) {
         std::fprintf(stderr, "left: %s\n", left.c_str());
