@@ -1,6 +1,8 @@
 #include "app/environment.h"
 
 #include <fcntl.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +37,17 @@ void choose_engine(Options &options) {
     options.headless = variable("ELM_ENGINE") == "buffer";
 }
 
+/// Without one, the toolkit of the superuser would make its folders in the root of the machine.
+void find_home() {
+    if (!variable("HOME").empty()) {
+        return;
+    }
+    const passwd *const user = getpwuid(getuid());
+    if (user != nullptr && user->pw_dir != nullptr) {
+        setenv("HOME", user->pw_dir, kReplace);
+    }
+}
+
 void set_up_log(const Options &options) {
     if (options.log) {
         // The command line has been accepted with it.
@@ -60,6 +73,7 @@ void grow_descriptor_table() {
 // All of it before there is any other thread, which may be reading the environment.
 void prepare_environment(Options &options) {
     set_up_log(options);
+    find_home();
     // Without a system bus the toolkit prints pages that tell the user nothing.
     setenv("EINA_LOG_LEVEL", "0", kKeep);
     setenv("EINA_LOG_BACKTRACE", "-1", kKeep);
@@ -74,6 +88,15 @@ void prepare_environment(Options &options) {
     }
     start_locale();
     grow_descriptor_table();
+}
+
+void occupy_standard_descriptors() {
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(fd, F_GETFD) < 0) {
+            // The lowest free number, which is this one.
+            static_cast<void>(open("/dev/null", O_RDWR));
+        }
+    }
 }
 
 }  // namespace host

@@ -19,6 +19,7 @@
 #include "app/command_line.h"
 #include "app/environment.h"
 #include "app/exit_status.h"
+#include "common/data_folder.h"
 #include "common/fd_watch.h"
 #include "common/main_loop.h"
 #include "common/service_thread.h"
@@ -352,10 +353,18 @@ void screen_came_on() {
 }
 
 int run_application(ApplicationKind &kind, int argc, char **argv) {
+    occupy_standard_descriptors();
     auto parsed = parse_command_line(argc, argv);
     if (const auto *ended = std::get_if<CommandLineEnd>(&parsed)) {
         std::fputs(ended->text.c_str(), ended->status == 0 ? stdout : stderr);
         return ended->status;
+    }
+    if (data_folder().empty()) {
+        std::fputs(
+            "tessel: nothing tells where the program is, and so where its data is: is /proc "
+            "mounted?\n",
+            stderr);
+        return kFailure;
     }
     Application application(kind);
     return application.run(argc, argv, std::move(std::get<Options>(parsed)));

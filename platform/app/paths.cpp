@@ -2,22 +2,15 @@
 
 #include <cstring>
 #include <filesystem>
-#include <string>
-#include <system_error>
 
+#include "common/data_folder.h"
 #include "messaging/desktop_application.h"
 
 namespace {
 
-// The data lies beside the program's folder, in the build tree and in an installation alike.
-char *data_folder(const char *name) {
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) {
-        return nullptr;
-    }
-    const std::filesystem::path prefix = program.parent_path().parent_path();
-    return strdup((prefix / "share" / "tessel" / name / "").c_str());
+char *folder_of(const char *name) {
+    const std::filesystem::path &data = host::data_folder();
+    return data.empty() ? nullptr : strdup((data / name / "").c_str());
 }
 
 }  // namespace
@@ -31,9 +24,9 @@ int app_get_id(char **id) {
 }
 
 char *app_get_resource_path(void) {
-    return data_folder("res");
+    return folder_of("res");
 }
 
 char *app_get_shared_resource_path(void) {
-    return data_folder("shared");
+    return folder_of("shared");
 }
