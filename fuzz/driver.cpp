@@ -44,7 +44,7 @@ void write(const fs::path &name, const std::string &data) {
 }
 
 void take_changed(const std::vector<std::string> &corpus, unsigned first, unsigned count,
-                  const char *current) {
+                  const fs::path &current) {
     for (unsigned seed = first; seed < first + count; ++seed) {
         std::string input = corpus[seed % corpus.size()];
         fuzz::Mutator mutator(seed);
@@ -74,6 +74,12 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "%s: the corpus %s is empty\n", argv[0], argv[1]);
         return 2;
     }
+    // A fuzzer goes to a folder of its own.
+    const fs::path current = fs::absolute(argv[4]);
+    if (count == 0 && !fs::is_regular_file(current)) {
+        std::fprintf(stderr, "%s: the input %s can't be read\n", argv[0], argv[4]);
+        return 2;
+    }
     fuzz::begin(argv[1]);
     // What is loaded on first use stays: each input as it is comes before the changed ones.
     for (const std::string &input : corpus) {
@@ -81,9 +87,9 @@ int main(int argc, char **argv) {
     }
     fuzz::loaded();
     if (count == 0) {
-        std::printf("%s\n", fuzz::take(read(argv[4])).c_str());
+        std::printf("%s\n", fuzz::take(read(current)).c_str());
     } else {
-        take_changed(corpus, first, count, argv[4]);
+        take_changed(corpus, first, count, current);
     }
     const std::string left = fuzz::end();
     if (!left.empty()) {
