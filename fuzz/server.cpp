@@ -1,11 +1,5 @@
 #include "server.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -17,12 +11,7 @@ namespace {
 constexpr char kCut[] = "cut/";
 constexpr char kStatus[] = "status/";
 
-std::string path_of_request(int connection) {
-    std::string request;
-    char byte = 0;
-    while (!request.ends_with("\r\n\r\n") && read(connection, &byte, 1) == 1) {
-        request += byte;
-    }
+std::string path_of(const std::string &request) {
     const auto begin = request.find('/');
     return begin == std::string::npos
                ? ""
@@ -32,33 +21,9 @@ std::string path_of_request(int connection) {
 }  // namespace
 
 Server::Server(std::string folder)
-    : folder_(std::move(folder)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    if (bind(listener_.get(), reinterpret_cast<sockaddr *>(&address), size) != 0 ||
-        listen(listener_.get(), 8) != 0 ||
-        getsockname(listener_.get(), reinterpret_cast<sockaddr *>(&address), &size) != 0) {
-        std::abort();
-    }
-    port_ = ntohs(address.sin_port);
-    thread_ = std::thread([this] {
-        for (;;) {
-            const host::UniqueFd connection(
-                accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
-            if (!connection) {
-                return;
-            }
-            serve(connection.get());
-        }
-    });
-}
-
-Server::~Server() {
-    shutdown(listener_.get(), SHUT_RDWR);
-    thread_.join();
-}
+    : folder_(std::move(folder)), server_([this](int connection) {
+          support::send_all(connection, answer_to(path_of(support::read_request(connection))));
+      }) {}
 
 void Server::give(std::string response) {
     const std::lock_guard lock(mutex_);
@@ -66,25 +31,12 @@ void Server::give(std::string response) {
 }
 
 std::string Server::address() const {
-    return "http://127.0.0.1:" + std::to_string(port_) + "/";
+    return server_.address("/");
 }
 
 std::string Server::response(const std::string &body) {
     return "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +
            std::to_string(body.size()) + "\r\n\r\n" + body;
-}
-
-void Server::serve(int connection) {
-    const std::string answer = answer_to(path_of_request(connection));
-    std::size_t sent = 0;
-    while (sent < answer.size()) {
-        const ssize_t more =
-            send(connection, answer.data() + sent, answer.size() - sent, MSG_NOSIGNAL);
-        if (more <= 0) {
-            return;
-        }
-        sent += static_cast<std::size_t>(more);
-    }
 }
 
 std::string Server::answer_to(const std::string &path) {

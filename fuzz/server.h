@@ -2,9 +2,8 @@
 
 #include <mutex>
 #include <string>
-#include <thread>
 
-#include "common/unique_fd.h"
+#include "loopback_server.h"
 
 namespace fuzz {
 
@@ -13,9 +12,6 @@ class Server {
 public:
     /// @param folder  its files are served without ranges
     explicit Server(std::string folder);
-    ~Server();
-    Server(const Server &) = delete;
-    Server &operator=(const Server &) = delete;
 
     /// All that the next requests for /given are answered with, head and body.
     void give(std::string response);
@@ -25,15 +21,12 @@ public:
     [[nodiscard]] static std::string response(const std::string &body);
 
 private:
-    void serve(int connection);
     [[nodiscard]] std::string answer_to(const std::string &path);
 
-    std::string folder_;
-    host::UniqueFd listener_;
-    int port_ = 0;
+    const std::string folder_;
     std::mutex mutex_;
     std::string given_;
-    std::thread thread_;
+    support::LoopbackServer server_;  ///< last, so that it ends before what it uses goes
 };
 
 }  // namespace fuzz

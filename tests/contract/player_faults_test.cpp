@@ -1,11 +1,8 @@
 // What can go wrong with a medium, and that each fault is told in time, once, with its number.
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <player.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,20 +14,25 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "common/unique_fd.h"
 #include "host_seams.h"
+#include "loopback_server.h"
 #include "main_loop.h"
 #include "player/player_host.h"
+#include "short_limits.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using support::LoopbackServer;
+using support::read_request;
+using support::send_all;
+using support::ShortLimits;
+using support::wait_for_client_to_go;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 /// A checked program takes many times as long to load a plug-in; the two seconds that a person may
@@ -113,59 +115,6 @@ private:
     mutable std::mutex mutex_;
     std::vector<int> errors_;
 };
-
-/// A server on this machine that takes connections and does with each what it is told.
-class Server {
-public:
-    using Serve = std::function<void(int connection)>;
-
-    explicit Server(Serve serve) : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr *>(&address), size), 0);
-        EXPECT_EQ(listen(listener_.get(), 8), 0);
-        EXPECT_EQ(getsockname(listener_.get(), reinterpret_cast<sockaddr *>(&address), &size), 0);
-        port_ = ntohs(address.sin_port);
-        thread_ = std::thread([this, serve = std::move(serve)] {
-            for (;;) {
-                const host::UniqueFd connection(accept(listener_.get(), nullptr, nullptr));
-                if (!connection) {
-                    return;
-                }
-                serve(connection.get());
-            }
-        });
-    }
-    ~Server() {
-        shutdown(listener_.get(), SHUT_RDWR);
-        thread_.join();
-    }
-    Server(const Server &) = delete;
-    Server &operator=(const Server &) = delete;
-
-    [[nodiscard]] std::string address() const {
-        return "http://127.0.0.1:" + std::to_string(port_) + "/clip.mp4";
-    }
-
-private:
-    host::UniqueFd listener_;
-    int port_ = 0;
-    std::thread thread_;
-};
-
-void read_request(int connection) {
-    std::string request;
-    char byte = 0;
-    while (!request.ends_with("\r\n\r\n") && read(connection, &byte, 1) == 1) {
-        request += byte;
-    }
-}
-
-void answer(int connection, const std::string &text) {
-    (void)!send(connection, text.data(), text.size(), MSG_NOSIGNAL);
-}
 
 std::string contents(const std::string &name) {
     std::ifstream file(clip(name), std::ios::binary);
@@ -297,40 +246,29 @@ TEST_F(PlayerFaults, OutOfDescriptors) {
 TEST_F(PlayerFaults, ConnectionRefused) {
     std::string address;
     {
-        const Server closed([](int) {});
+        const LoopbackServer closed([](int) {});
         address = closed.address();
     }
     expect_fault(address, PLAYER_ERROR_INVALID_OPERATION);
 }
 
 TEST_F(PlayerFaults, NotOnTheServer) {
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
-        answer(connection,
-               "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        send_all(connection,
+                 "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     });
     expect_fault(server.address(), PLAYER_ERROR_NO_SUCH_FILE);
 }
 
 TEST_F(PlayerFaults, ForbiddenByTheServer) {
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
-        answer(connection,
-               "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        send_all(connection,
+                 "HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
     });
     expect_fault(server.address(), PLAYER_ERROR_INVALID_OPERATION);
 }
-
-/// Limits of a test, which end with it.
-class ShortLimits {
-public:
-    ShortLimits(std::chrono::milliseconds connect, std::chrono::milliseconds stall) {
-        host::set_network_limits({connect, stall});
-    }
-    ~ShortLimits() { host::set_network_limits({}); }
-    ShortLimits(const ShortLimits &) = delete;
-    ShortLimits &operator=(const ShortLimits &) = delete;
-};
 
 TEST_F(PlayerFaults, ServersGetTenSecondsToAnswerAndTwentyOfSilence) {
     const host::NetworkLimits limits;
@@ -340,10 +278,9 @@ TEST_F(PlayerFaults, ServersGetTenSecondsToAnswerAndTwentyOfSilence) {
 
 TEST_F(PlayerFaults, AServerThatNeverAnswersIsGivenUp) {
     const ShortLimits limits(std::chrono::milliseconds(1000), std::chrono::milliseconds(60'000));
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
-        char byte = 0;
-        (void)!read(connection, &byte, 1);
+        wait_for_client_to_go(connection);
     });
     prepare(server.address());
     const double begin = ecore_time_get();
@@ -355,13 +292,12 @@ TEST_F(PlayerFaults, AServerThatNeverAnswersIsGivenUp) {
 
 TEST_F(PlayerFaults, AServerThatFallsSilentIsGivenUp) {
     const ShortLimits limits(std::chrono::milliseconds(60'000), std::chrono::milliseconds(1000));
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
         const std::string whole = contents("h264_aac.mp4");
-        answer(connection, "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
-                               std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000));
-        char byte = 0;
-        (void)!read(connection, &byte, 1);
+        send_all(connection, "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
+                                 std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000));
+        wait_for_client_to_go(connection);
     });
     prepare(server.address());
     EXPECT_TRUE(wait_for_error(15.0));
@@ -370,11 +306,11 @@ TEST_F(PlayerFaults, AServerThatFallsSilentIsGivenUp) {
 }
 
 TEST_F(PlayerFaults, AConnectionThatIsCut) {
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
         const std::string whole = contents("h264_aac.mp4");
-        answer(connection, "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
-                               std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000));
+        send_all(connection, "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
+                                 std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000));
     });
     prepare(server.address());
     EXPECT_TRUE(wait_for_error());
@@ -382,13 +318,13 @@ TEST_F(PlayerFaults, AConnectionThatIsCut) {
 }
 
 TEST_F(PlayerFaults, AGoodServerIsNoFault) {
-    const Server server([](int connection) {
+    const LoopbackServer server([](int connection) {
         read_request(connection);
         const std::string whole = contents("one_second.mp4");
-        answer(connection,
-               "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nConnection: close\r\n"
-               "Content-Length: " +
-                   std::to_string(whole.size()) + "\r\n\r\n" + whole);
+        send_all(connection,
+                 "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nConnection: close\r\n"
+                 "Content-Length: " +
+                     std::to_string(whole.size()) + "\r\n\r\n" + whole);
     });
     start(server.address());
     EXPECT_TRUE(support::run_main_loop_until([] { return seams::completions() == 1; }));

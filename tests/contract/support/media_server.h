@@ -1,20 +1,14 @@
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "common/unique_fd.h"
+#include "loopback_server.h"
 
 namespace support {
 
@@ -25,27 +19,9 @@ public:
     explicit MediaServer(std::string medium, std::optional<std::size_t> stall_after = {})
         : medium_(std::move(medium)),
           stall_after_(stall_after),
-          listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        bind(listener_.get(), reinterpret_cast<sockaddr *>(&address), size);
-        listen(listener_.get(), 8);
-        getsockname(listener_.get(), reinterpret_cast<sockaddr *>(&address), &size);
-        port_ = ntohs(address.sin_port);
-        thread_ = std::thread([this] { serve(); });
-    }
-    ~MediaServer() {
-        shutdown(listener_.get(), SHUT_RDWR);
-        thread_.join();
-    }
-    MediaServer(const MediaServer &) = delete;
-    MediaServer &operator=(const MediaServer &) = delete;
+          server_([this](int connection) { serve(connection); }) {}
 
-    [[nodiscard]] std::string address() const {
-        return "http://127.0.0.1:" + std::to_string(port_) + "/clip.mp4";
-    }
+    [[nodiscard]] std::string address() const { return server_.address(); }
     /// The requests so far, with their headers.
     [[nodiscard]] std::vector<std::string> requests() const {
         const std::lock_guard lock(mutex_);
@@ -53,21 +29,13 @@ public:
     }
 
 private:
-    void serve() {
-        for (;;) {
-            const host::UniqueFd connection(accept(listener_.get(), nullptr, nullptr));
-            if (!connection) {
-                return;
-            }
-            std::string request;
-            char byte = 0;
-            while (!request.ends_with("\r\n\r\n") && read(connection.get(), &byte, 1) == 1) {
-                request += byte;
-            }
-            answer(connection.get(), request);
+    void serve(int connection) {
+        const std::string request = read_request(connection);
+        {
             const std::lock_guard lock(mutex_);
-            requests_.push_back(std::move(request));
+            requests_.push_back(request);
         }
+        answer(connection, request);
     }
     void answer(int connection, const std::string &request) const {
         const auto range = request.find("Range: bytes=");
@@ -87,30 +55,16 @@ private:
             std::to_string(part.size()) + "\r\n\r\n";
         send_all(connection, head);
         send_all(connection, part.substr(0, stall_after_.value_or(part.size())));
-        char byte = 0;
         if (stall_after_ && *stall_after_ < part.size()) {
-            (void)!read(connection, &byte, 1);
-        }
-    }
-    static void send_all(int connection, const std::string &text) {
-        std::size_t sent = 0;
-        while (sent < text.size()) {
-            const ssize_t step =
-                send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-            if (step <= 0) {
-                return;
-            }
-            sent += static_cast<std::size_t>(step);
+            wait_for_client_to_go(connection);
         }
     }
 
     const std::string medium_;
     const std::optional<std::size_t> stall_after_;
-    host::UniqueFd listener_;
-    int port_ = 0;
     mutable std::mutex mutex_;
     std::vector<std::string> requests_;
-    std::thread thread_;
+    LoopbackServer server_;  ///< last, so that it ends before what it uses goes
 };
 
 }  // namespace support
