@@ -205,9 +205,10 @@ int player_set_streaming_user_agent(player_h player, const char *user_agent, int
  *  percent of the whole. INVALID_OPERATION: it isn't known. */
 int player_get_streaming_download_progress(player_h player, int *start, int *current);
 /** IDLE. An http or https medium in MP4 is kept in a file, from the next preparation on; the file
- *  has this name only when it is whole. Other containers aren't kept. The path is copied; empty
- *  ends it. Where the file can't be made or written, the playback fails with INVALID_OPERATION,
- *  without space with FILE_NO_SPACE_ON_DEVICE. */
+ *  has this name only when it is whole. One that isn't whole is gone when a fault is told or the
+ *  player has been unprepared. Other containers aren't kept. The path is copied; empty ends it.
+ *  Where the file can't be made or written, the playback fails with INVALID_OPERATION, without
+ *  space with FILE_NO_SPACE_ON_DEVICE. */
 int player_set_progressive_download_path(player_h player, const char *path);
 /** PLAYING or PAUSED. @param[out] current  bytes that are there; @param[out] total_size  of all.
  *  INVALID_OPERATION: nothing is being kept. */

@@ -33,9 +33,12 @@ bool write_at(int file, std::uint64_t place, const void *data, std::size_t size)
 
 }  // namespace
 
-Download::~Download() {
+void Download::discard() {
+    const std::lock_guard lock(mutex_);
+    file_.reset();
     if (!unfinished_.empty()) {
         unlink(unfinished_.c_str());
+        unfinished_.clear();
     }
 }
 
@@ -98,13 +101,8 @@ void Download::keep(GstPad *pad, GstBuffer *buffer) {
 }
 
 void Download::fail(Event event) {
-    {
-        const std::lock_guard lock(mutex_);
-        file_.reset();
-        // What there is no room for takes none.
-        unlink(unfinished_.c_str());
-        unfinished_.clear();
-    }
+    // What there is no room for takes none.
+    discard();
     tell_(event);
 }
 

@@ -25,14 +25,15 @@ public:
     /// @param path  empty: nothing is kept
     Download(std::string path, std::function<void(Event)> tell)
         : path_(std::move(path)), tell_(std::move(tell)) {}
-    /// The pipeline's threads have ended.
-    ~Download();
+    ~Download() { discard(); }
     Download(const Download &) = delete;
     Download &operator=(const Download &) = delete;
 
     [[nodiscard]] bool wanted() const { return !path_.empty(); }
     /// Listens to the element if it is the one.
     void take(GstElement *element);
+    /// Ends the keeping, and takes away what isn't whole.
+    void discard();
     /// Bytes that are there, and in all; none before the download begins.
     [[nodiscard]] std::optional<std::pair<unsigned long, unsigned long>> bytes() const;
 

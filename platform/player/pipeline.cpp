@@ -106,6 +106,8 @@ void Pipeline::shut_down() {
     const GstObjectPtr<GstBus> bus(gst_element_get_bus(playbin_.get()));
     gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
     g_signal_handlers_disconnect_by_data(playbin_.get(), this);
+    // After a fault nothing comes any more, and the program may look at the fault for long.
+    download_.discard();
     const std::lock_guard lock(entry_mutex_);
     setup_.on_message = {};
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -21,6 +22,7 @@
 #include "host_seams.h"
 #include "main_loop.h"
 #include "media_server.h"
+#include "short_limits.h"
 
 namespace {
 
@@ -329,6 +331,31 @@ TEST_F(PlayerDownload, OneThatIsLeftLeavesNothingBehind) {
               PLAYER_ERROR_NONE);
     ASSERT_TRUE(until([this] { return messages().size() == 1; }));
     ASSERT_EQ(player_unprepare(player_), PLAYER_ERROR_NONE);
+    EXPECT_TRUE(fs::is_empty(folder_));
+}
+
+TEST_F(PlayerDownload, AFaultBeforeItPlaysLeavesNothingBehind) {
+    const support::ShortLimits limits(std::chrono::milliseconds(60'000),
+                                      std::chrono::milliseconds(500));
+    const support::MediaServer server(contents(clip("h264_aac.mp4")), 3000);
+    ASSERT_EQ(player_set_progressive_download_path(player_, (folder_ / "kept.mp4").c_str()),
+              PLAYER_ERROR_NONE);
+    ASSERT_EQ(player_set_uri(player_, server.address().c_str()), PLAYER_ERROR_NONE);
+    EXPECT_EQ(player_prepare(player_), PLAYER_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(messages(), std::vector<int>{PLAYER_PD_STARTED});
+    EXPECT_TRUE(fs::is_empty(folder_));
+}
+
+TEST_F(PlayerDownload, AFaultWhileItPlaysLeavesNothingBehind) {
+    const support::ShortLimits limits(std::chrono::milliseconds(60'000),
+                                      std::chrono::milliseconds(500));
+    const std::string whole = contents(clip("indexed_first.mp4"));
+    const support::MediaServer server(whole, whole.size() - 1000);
+    ASSERT_EQ(player_set_progressive_download_path(player_, (folder_ / "kept.mp4").c_str()),
+              PLAYER_ERROR_NONE);
+    play(server.address());
+    ASSERT_TRUE(until([this] { return error_ != 0; }));
+    EXPECT_EQ(error_, PLAYER_ERROR_INVALID_OPERATION);
     EXPECT_TRUE(fs::is_empty(folder_));
 }
 
