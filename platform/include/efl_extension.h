@@ -80,10 +80,11 @@ void *eext_rotary_object_event_callback_del(Evas_Object *obj, Eext_Rotary_Event_
 
 /**
  * Makes obj the one active rotary object, in the place of any other, or ends its being so. Only the
- * active object is told of detents; when it is deactivated or deleted there is none.
+ * active object is told of detents. When it is deactivated or deleted, the one whose place it took
+ * is active again, unless that was deactivated or deleted in the meantime.
  *
  * @param obj the object; it need not have a callback yet
- * @param activated EINA_FALSE has no effect on an object that isn't the active one
+ * @param activated EINA_FALSE also keeps an object that isn't active from being so again by itself
  * @return EINA_FALSE when obj is null, else EINA_TRUE
  */
 Eina_Bool eext_rotary_object_event_activated_set(Evas_Object *obj, Eina_Bool activated);

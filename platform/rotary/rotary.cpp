@@ -11,7 +11,8 @@ namespace host {
 
 namespace {
 
-/// The callbacks that objects have for detents, and which object is active.
+/// The callbacks that objects have for detents, and which object is active. All that it keeps of an
+/// object goes with it.
 class RotaryObjects {
 public:
     void add(Evas_Object *obj, Evas_Callback_Priority priority, Eext_Rotary_Event_Cb func,
@@ -35,7 +36,8 @@ private:
     void forget_if_unused(Evas_Object *obj);
 
     std::map<Evas_Object *, Listeners> objects_;
-    Evas_Object *active_ = nullptr;
+    /// In the order of their activation; the last one is active.
+    std::vector<Evas_Object *> activated_;
 };
 
 void RotaryObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj, void * /*info*/) {
@@ -48,9 +50,7 @@ void RotaryObjects::object_deleted(void *data, Evas * /*evas*/, Evas_Object *obj
         }
         self->objects_.erase(found);
     }
-    if (self->active_ == obj) {
-        self->active_ = nullptr;
-    }
+    std::erase(self->activated_, obj);
 }
 
 void RotaryObjects::watch(Evas_Object *obj) {
@@ -61,7 +61,8 @@ void RotaryObjects::watch(Evas_Object *obj) {
 
 void RotaryObjects::forget_if_unused(Evas_Object *obj) {
     const auto found = objects_.find(obj);
-    if (found != objects_.end() && found->second.empty() && active_ != obj) {
+    if (found != objects_.end() && found->second.empty() &&
+        std::find(activated_.begin(), activated_.end(), obj) == activated_.end()) {
         evas_object_event_callback_del_full(obj, EVAS_CALLBACK_DEL, object_deleted, this);
         objects_.erase(found);
     }
@@ -97,28 +98,22 @@ void *RotaryObjects::remove(Evas_Object *obj, Eext_Rotary_Event_Cb func) {
 
 void RotaryObjects::activate(Evas_Object *obj) {
     watch(obj);
-    Evas_Object *former = active_;
-    active_ = obj;
-    if (former != nullptr && former != obj) {
-        forget_if_unused(former);
-    }
+    std::erase(activated_, obj);
+    activated_.push_back(obj);
 }
 
 void RotaryObjects::deactivate(Evas_Object *obj) {
-    if (active_ == obj) {
-        active_ = nullptr;
-        forget_if_unused(obj);
-    }
+    std::erase(activated_, obj);
+    forget_if_unused(obj);
 }
 
 bool RotaryObjects::send(Eext_Rotary_Event_Info info) {
-    Evas_Object *obj = active_;
-    const auto found = objects_.find(obj);
-    if (obj == nullptr || found == objects_.end()) {
+    if (activated_.empty()) {
         return false;
     }
+    Evas_Object *obj = activated_.back();
     // A callback may remove any callback, and the object.
-    const Listeners listeners = found->second;
+    const Listeners listeners = objects_[obj];
     for (const auto &listener : listeners) {
         if (!listener->removed && listener->func(listener->data, obj, &info) != EINA_FALSE) {
             return true;

@@ -172,7 +172,9 @@ class HeadlessVolume(Volume, e2e.TestCase):
         self.assertEqual(player.state()["page"], PAGE)
         player.control("device", "disconnect", "bluetooth")
         player.wait(f"page=={PLAYER_PAGE}")
-        self.show_controls(player)
+        # The bezel is the player screen's again.
+        self.turn(player, 1)
+        player.wait("controls==true")
         button = next(button for button in player.state()["buttons"]
                       if button["style"].startswith("video/volume/"))
         self.assertFalse(button["enabled"])

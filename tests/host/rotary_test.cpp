@@ -107,6 +107,36 @@ TEST_F(RotaryObjects, DeactivatingAnotherObjectChangesNothing) {
     EXPECT_EQ(calls.size(), 1U);
 }
 
+TEST_F(RotaryObjects, ObjectThatGoesGivesTheBezelBackToTheOneBefore) {
+    Evas_Object *a = add_object();
+    Evas_Object *b = add_object();
+    Evas_Object *c = add_object();
+    eext_rotary_object_event_callback_add(a, on_detent, &first);
+    eext_rotary_object_event_callback_add(c, on_detent, &second);
+    for (Evas_Object *object : {a, b, c}) {
+        eext_rotary_object_event_activated_set(object, EINA_TRUE);
+    }
+    // One that goes while another is active is out of the row.
+    evas_object_del(b);
+    host::send_detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1);
+    EXPECT_EQ(calls, std::vector<std::string>{"second"});
+    evas_object_del(c);
+    host::send_detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 2);
+    EXPECT_EQ(calls, (std::vector<std::string>{"second", "first"}));
+}
+
+TEST_F(RotaryObjects, DeactivatedObjectGetsTheBezelBackFromNoOther) {
+    Evas_Object *a = add_object();
+    Evas_Object *b = add_object();
+    eext_rotary_object_event_callback_add(a, on_detent, &first);
+    eext_rotary_object_event_activated_set(a, EINA_TRUE);
+    eext_rotary_object_event_activated_set(b, EINA_TRUE);
+    eext_rotary_object_event_activated_set(a, EINA_FALSE);
+    evas_object_del(b);
+    EXPECT_FALSE(host::send_detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1));
+    EXPECT_TRUE(calls.empty());
+}
+
 TEST_F(RotaryObjects, LowerPriorityValueIsCalledFirst) {
     Evas_Object *object = add_object();
     eext_rotary_object_event_callback_add(object, on_detent, &first);

@@ -37,15 +37,13 @@ void FakeRotary::object_deleted(void *data, Evas *, Evas_Object *obj, void *) {
     auto &self = *static_cast<FakeRotary *>(data);
     std::erase_if(self.m_callbacks, [obj](const Callback &item) { return item.obj == obj; });
     std::erase(self.m_watched, obj);
-    if (self.m_active == obj) {
-        self.m_active = nullptr;
-    }
+    std::erase(self.m_activated, obj);
 }
 
 bool FakeRotary::detent(Eext_Rotary_Event_Direction direction, unsigned time_stamp) {
     std::vector<Callback> due;
     std::copy_if(m_callbacks.begin(), m_callbacks.end(), std::back_inserter(due),
-                 [this](const Callback &item) { return item.obj == m_active; });
+                 [this](const Callback &item) { return item.obj == active(); });
     std::stable_sort(due.begin(), due.end(), [](const Callback &one, const Callback &other) {
         return one.priority < other.priority;
     });
@@ -99,11 +97,10 @@ Eina_Bool FakeRotary::eext_rotary_object_event_activated_set(Evas_Object *obj,
     if (obj == nullptr) {
         return EINA_FALSE;
     }
+    std::erase(m_activated, obj);
     if (activated == EINA_TRUE) {
         watch(obj);
-        m_active = obj;
-    } else if (m_active == obj) {
-        m_active = nullptr;
+        m_activated.push_back(obj);
     }
     return EINA_TRUE;
 }

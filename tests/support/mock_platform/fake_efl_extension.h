@@ -4,7 +4,8 @@
 
 #include <vector>
 
-/// The bezel: one active object, callbacks in order of priority. What an object has goes with it.
+/// The bezel: one active object, which gives the bezel back to the one before; callbacks in order
+/// of priority. What an object has goes with it.
 class FakeRotary {
 public:
     FakeRotary() = default;
@@ -14,7 +15,7 @@ public:
 
     /// One detent. @return whether a callback took it
     bool detent(Eext_Rotary_Event_Direction direction, unsigned time_stamp);
-    Evas_Object *active() const { return m_active; }
+    Evas_Object *active() const { return m_activated.empty() ? nullptr : m_activated.back(); }
     int callbacks(const Evas_Object *obj) const;
 
     Eina_Bool eext_rotary_object_event_callback_add(Evas_Object *obj, Eext_Rotary_Event_Cb func,
@@ -39,7 +40,7 @@ private:
 
     std::vector<Callback> m_callbacks;
     std::vector<Evas_Object *> m_watched;
-    Evas_Object *m_active = nullptr;
+    std::vector<Evas_Object *> m_activated;  ///< in this order; the last one is active
 };
 
 /// The hardware keys: a key goes to the newest live and visible object that has asked for it.
