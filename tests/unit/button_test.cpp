@@ -11,6 +11,7 @@
 #include "TslUtils.h"
 #include "mock_platform/mock_ui_app.h"
 #include "mock_platform/mock_uxt.h"
+#include "private_member.h"
 #include "screen_fixture.h"
 
 namespace {
@@ -18,6 +19,8 @@ namespace {
 using testing::_;
 using testing::Return;
 using testing::StrEq;
+
+using Inside = support::PrivateMember<struct InsideTag, TslButtonInside * TslButton::*>;
 
 constexpr char check_icon[] = "tw_ic_popup_btn_check.png";
 constexpr char icon_part[] = "icon";
@@ -111,6 +114,28 @@ TEST_F(ButtonCreation, NeedsAButtonOfThePlatform) {
     auto *button = new TslButton(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_FALSE(button->create(naviframe().getEvasObject(), nullptr));
     EXPECT_TRUE(LoggedIn("onCreateView", DLOG_ERROR, "* Critical * Button is nullptr"));
+    button->destroy();
+}
+
+TEST_F(ButtonCreation, EachOperationNeedsTheInsideObject) {
+    auto *button = new TslButton(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    const auto pointer = member(Inside{});
+    TslButtonInside *const inside = button->*pointer;
+    button->*pointer = nullptr;
+    button->setText("SOME_ID");
+    button->setStyle("video/play");
+    button->setDisabled(true);
+    button->setIconColor("CODE");
+    button->setIcon(nullptr, icon_part);
+    button->unsetIcon(icon_part);
+    button->updateIconImage(TSL_EDJ_FILE, check_icon, nullptr, icon_part);
+    button->setCallback(count, count, count, nullptr);
+    EXPECT_CALL(mock::uxt(), uxt_button_add(_, _)).Times(0);
+    EXPECT_FALSE(button->create(naviframe().getEvasObject(), nullptr));
+    EXPECT_TRUE(OnlyFaultsLogged(
+        std::vector<logs::Expected>(9, logs::error("* Critical * Button Handle is nullptr."))));
+    EXPECT_TRUE(LoggedIn("onCreateView", DLOG_ERROR, "* Critical * Button Handle is nullptr."));
+    button->*pointer = inside;
     button->destroy();
 }
 
@@ -331,3 +356,5 @@ TEST_F(ButtonIcon, GoesWithTheButton) {
 }
 
 }  // namespace
+
+template struct support::OpenMember<Inside, &TslButton::m_pButtonInside>;

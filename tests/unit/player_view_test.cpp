@@ -1,5 +1,6 @@
 #include "TslPlayerView.h"
 
+#include <dlfcn.h>
 #include <dlog.h>
 #include <libintl.h>
 
@@ -16,6 +17,7 @@
 #include "mock_platform/mock_rotary.h"
 #include "mock_platform/mock_ui_app.h"
 #include "mock_platform/mock_uxt.h"
+#include "private_member.h"
 #include "screen_fixture.h"
 
 extern "C" int _nl_msg_cat_cntr;
@@ -28,7 +30,51 @@ bool is_time(const char *text) {
     return std::strlen(text) == 5 && text[2] == ':';
 }
 
+/// What the program does with the gesture layer.
+struct Gestures {
+    struct Callback {
+        Elm_Gesture_Type type;
+        Elm_Gesture_State state;
+        Elm_Gesture_Event_Cb function;
+        void *data;
+    };
+    bool refused = false;
+    Evas_Object *layer = nullptr;
+    Evas_Object *parent = nullptr;
+    Evas_Object *attached_to = nullptr;
+    std::vector<Callback> callbacks;
+};
+Gestures g_gestures;
+
+template <typename Function>
+Function *toolkits_own(const char *name) {
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
 }  // namespace
+
+// The toolkit's calls of the program, on their way through the test.
+extern "C" {
+Evas_Object *elm_gesture_layer_add(Evas_Object *parent) {
+    static auto *const own = toolkits_own<decltype(elm_gesture_layer_add)>("elm_gesture_layer_add");
+    g_gestures.parent = parent;
+    g_gestures.layer = g_gestures.refused ? nullptr : own(parent);
+    return g_gestures.layer;
+}
+Eina_Bool elm_gesture_layer_attach(Evas_Object *layer, Evas_Object *target) {
+    static auto *const own =
+        toolkits_own<decltype(elm_gesture_layer_attach)>("elm_gesture_layer_attach");
+    g_gestures.attached_to = target;
+    return own(layer, target);
+}
+void elm_gesture_layer_cb_set(Evas_Object *layer, Elm_Gesture_Type type, Elm_Gesture_State state,
+                              Elm_Gesture_Event_Cb function, void *data) {
+    static auto *const own =
+        toolkits_own<decltype(elm_gesture_layer_cb_set)>("elm_gesture_layer_cb_set");
+    g_gestures.callbacks.push_back({type, state, function, data});
+    own(layer, type, state, function, data);
+}
+}
 
 // Memory runs out where a test wants it to: that is what keeps the text of a time from being made.
 extern "C" char *strdup(const char *text) noexcept {
@@ -55,11 +101,25 @@ constexpr char content_part[] = "tsl.player.view.base.layout.swallow.content";
 constexpr char more_option_part[] = "tsl.player.view.base.layout.swallow.moreoption";
 constexpr char played_part[] = "tsl.player.view.playtime.text.played";
 constexpr char duration_part[] = "tsl.player.view.playtime.text.duration";
+constexpr char gesture_part[] = "tsl.player.view.base.layout.swallow.gesture";
 constexpr double hide_delay_s = 3.0;
+
+using Inside = support::PrivateMember<struct InsideTag, TslPlayerViewInside * TslPlayerView::*>;
+
+/// Opens what the naviframe alone may call.
+class OpenPlayerView : public TslPlayerView {
+public:
+    using TslPlayerView::onBecomeTop;
+    using TslPlayerView::onCreate;
+    using TslPlayerView::onCreateView;
+    using TslPlayerView::onPop;
+    using TslPlayerView::onPushed;
+};
 
 class PlayerViewTest : public screens::ScreenTest {
 protected:
     void SetUp() override {
+        g_gestures = Gestures{};
         ScreenTest::SetUp();
         m_view = new TslPlayerView();
     }
@@ -155,8 +215,7 @@ TEST_F(PlayerViewLayout, HoldsItsButtonsInTheirPlaces) {
 TEST_F(PlayerViewLayout, HasEveryPartAndStyleInItsTheme) {
     push();
     Evas_Object *edje = elm_layout_edje_get(base());
-    for (const char *part : {content_part, "tsl.player.view.base.layout.swallow.gesture",
-                             "tsl.player.view.base.layout.swallow.moreoption"}) {
+    for (const char *part : {content_part, gesture_part, more_option_part}) {
         EXPECT_TRUE(edje_object_part_exists(edje, part)) << part;
     }
     for (const char *part :
@@ -242,6 +301,110 @@ TEST_F(PlayerViewLayout, ComesUpWithoutButtonsThatCannotBeMade) {
         LoggedTimes(3, DLOG_ERROR, "* Critical * It is failed to create play/pause button."));
 }
 
+TEST_F(PlayerViewLayout, MakesTheButtonsInOrder) {
+    const testing::InSequence order;
+    for (const char *name :
+         {"IDS_MUSIC_OPT_VOLUME", "IDS_DVBH_BUTTON_SCREEN_RATIO", "WDS_MUSIC_OPT_PLAY"}) {
+        EXPECT_CALL(mock::access(), elm_atspi_accessible_name_set(_, testing::StrEq(name)));
+    }
+    // The page itself comes last.
+    EXPECT_CALL(mock::access(), elm_atspi_accessible_name_set(_, _));
+    push();
+}
+
+TEST_F(PlayerViewLayout, EachOperationNeedsTheInsideObject) {
+    auto *view = new OpenPlayerView();
+    const auto pointer = member(Inside{});
+    TslPlayerViewInside *const inside = view->*pointer;
+    view->*pointer = nullptr;
+    view->showPlayViewUi();
+    view->hidePlayViewUi();
+    view->enableVolumeButton();
+    view->disableVolumeButton();
+    view->createProgressTimer();
+    view->destroyProgressTimer();
+    view->setProgressValues(0, 0);
+    view->changePlayButtonImageAsPlay();
+    view->changePlayButtonImageAsPause();
+    view->changeVolumeButtonImageAsVolumeOn();
+    view->changeVolumeButtonImageAsVolumeMute();
+    view->changeDisplaymodeButtonImageAsFull();
+    view->changeDisplaymodeButtonImageAsLetterbox();
+    EXPECT_FALSE(view->onCreate(nullptr));
+    EXPECT_EQ(view->onCreateView(window(), nullptr), nullptr);
+    EXPECT_FALSE(view->onPop());
+    view->onBecomeTop();
+    EXPECT_TRUE(OnlyFaultsLogged(std::vector<logs::Expected>(
+        17, logs::error("* Critical * There is no m_pPlayerlViewInside Handle."))));
+    EXPECT_TRUE(LoggedIn("changeDisplaymodeButtonImageAsFull", DLOG_ERROR,
+                         "* Critical * There is no m_pPlayerlViewInside Handle."));
+    view->*pointer = inside;
+    view->destroy();
+    this->view().destroy();
+}
+
+using PlayerViewGestures = PlayerViewTest;
+
+TEST_F(PlayerViewGestures, AreTakenFromTheWholeSurface) {
+    push();
+    Evas_Object *const surface = elm_object_part_content_get(base(), gesture_part);
+    ASSERT_NE(surface, nullptr);
+    EXPECT_EQ(g_gestures.parent, surface);
+    EXPECT_EQ(g_gestures.attached_to, surface);
+    ASSERT_NE(g_gestures.layer, nullptr);
+    EXPECT_FALSE(elm_gesture_layer_hold_events_get(g_gestures.layer));
+    EXPECT_EQ(elm_gesture_layer_line_angular_tolerance_get(g_gestures.layer), 60.0);
+    EXPECT_EQ(elm_gesture_layer_long_tap_start_timeout_get(g_gestures.layer), 0.3);
+}
+
+TEST_F(PlayerViewGestures, AreTapsThatStartAndEnd) {
+    push();
+    ASSERT_EQ(g_gestures.callbacks.size(), 2u);
+    const Gestures::Callback &start = g_gestures.callbacks[0];
+    const Gestures::Callback &end = g_gestures.callbacks[1];
+    EXPECT_EQ(start.type, ELM_GESTURE_N_TAPS);
+    EXPECT_EQ(start.state, ELM_GESTURE_STATE_START);
+    EXPECT_EQ(end.type, ELM_GESTURE_N_TAPS);
+    EXPECT_EQ(end.state, ELM_GESTURE_STATE_END);
+    logs::clear();
+    EXPECT_EQ(start.function(start.data, nullptr), EVAS_EVENT_FLAG_NONE);
+    EXPECT_TRUE(NotLogged("There is no"));
+    EXPECT_EQ(start.function(nullptr, nullptr), EVAS_EVENT_FLAG_NONE);
+    EXPECT_EQ(end.function(nullptr, nullptr), EVAS_EVENT_FLAG_NONE);
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * There is no UserData."),
+                                  logs::error("* Critical * There is no UserData.")}));
+    forget_signals();
+    EXPECT_EQ(end.function(end.data, nullptr), EVAS_EVENT_FLAG_NONE);
+    support::run_loop_turns();
+    EXPECT_THAT(signals(), ElementsAre(show_content, show_more));
+}
+
+TEST_F(PlayerViewGestures, AreMissingWithoutALayer) {
+    g_gestures.refused = true;
+    push();
+    EXPECT_TRUE(LoggedIn("_createGestureLayerLayout", DLOG_ERROR,
+                         "* Critical * It is failed to create Gesture Layer."));
+    EXPECT_EQ(elm_object_part_content_get(base(), gesture_part), nullptr);
+    EXPECT_NE(button("play"), nullptr);
+    logs::clear();
+    view().destroy();
+    EXPECT_TRUE(NotLogged("It is destroying gesture layer."));
+}
+
+TEST_F(PlayerViewGestures, AreMissingWithoutTheirLayout) {
+    int asked = 0;
+    EXPECT_CALL(mock::ui_app(), app_get_resource_path()).WillRepeatedly(Invoke([&asked] {
+        // The page's own layout comes first, then that of the controls.
+        return strdup(++asked == 3 ? "/nowhere/" : TESSEL_STAGE_DATADIR "/res/");
+    }));
+    push();
+    EXPECT_TRUE(LoggedIn("_createGestureLayerLayout", DLOG_ERROR,
+                         "* Critical * It is failed to create Gesture Layout."));
+    EXPECT_EQ(g_gestures.layer, nullptr);
+    EXPECT_EQ(elm_object_part_content_get(base(), gesture_part), nullptr);
+    EXPECT_NE(button("play"), nullptr);
+}
+
 using PlayerViewButtons = PlayerViewTest;
 
 TEST_F(PlayerViewButtons, ReportAMissingButtonForEachOperation) {
@@ -265,6 +428,8 @@ TEST_F(PlayerViewButtons, ShowPauseAndPlay) {
     view().changePlayButtonImageAsPause();
     EXPECT_EQ(style("play"), "video/pause");
     EXPECT_EQ(mock::fake_access().record(button("play")).name, "WDS_MUSIC_OPT_PAUSE");
+    EXPECT_EQ(mock::fake_access().record(button("play")).role, 43);
+    EXPECT_EQ(mock::fake_access().record(button("play")).reading_info, 3u);
     view().changePlayButtonImageAsPlay();
     EXPECT_EQ(style("play"), "video/play");
     EXPECT_EQ(mock::fake_access().record(button("play")).name, "WDS_MUSIC_OPT_PLAY");
@@ -346,6 +511,18 @@ TEST_F(PlayerViewButtons, VolumeButtonHidesTheControlsBeforeItReports) {
     tap(button("volume"));
     EXPECT_THAT(emissions(), ElementsAre(Emission(SIGNAL_PLAYER_VIEW_PUSH_VOLUME_VIEW, 0)));
     EXPECT_THAT(signals(), ElementsAre(hide_more, hide_content));
+}
+
+TEST_F(PlayerViewButtons, VolumeButtonHasHiddenTheControlsWhenItReports) {
+    push_shown();
+    bool hidden = false;
+    unsigned int listener =
+        TslSignalMgr::getInstance()->getSignal().addListener([&hidden](TslSignalType, void *) {
+            hidden = static_cast<bool>(LoggedIn("_hidePlayViewUi", DLOG_INFO, ""));
+        });
+    tap(button("volume"));
+    TslSignalMgr::getInstance()->getSignal().removeListener(listener);
+    EXPECT_TRUE(hidden);
 }
 
 TEST_F(PlayerViewButtons, VolumeButtonHidesNothingUnderAScreenReader) {
@@ -497,6 +674,16 @@ TEST_F(PlayerViewRotary, TakesTheBezelBackWhenItBecomesTheTop) {
     }));
 }
 
+TEST_F(PlayerViewRotary, GetsTheBezelBackFromAPageThatIsDestroyed) {
+    push_hidden();
+    auto *above = new app_assist::WContentViewController();
+    ASSERT_TRUE(naviframe().push(above, "above"));
+    mock::fake_rotary().eext_rotary_object_event_activated_set(above->getEvasObject(), EINA_TRUE);
+    above->destroy();
+    EXPECT_TRUE(mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 5));
+    EXPECT_THAT(emissions(), ElementsAre(Emission(SIGNAL_PLAYER_VIEW_ROTARY_EVENT, 0)));
+}
+
 TEST_F(PlayerViewRotary, GivesTheBezelUpWhenItIsPopped) {
     push_hidden();
     naviframe().setLastItemPopHandler([](bool *pop_out) { *pop_out = false; });
@@ -567,12 +754,6 @@ TEST_F(PlayerViewItem, IsTransparentAndWithoutTitle) {
     EXPECT_STREQ(elm_naviframe_item_style_get(item), "basic/transparent");
 }
 
-/// Opens what the naviframe alone may call.
-class OpenPlayerView : public TslPlayerView {
-public:
-    using TslPlayerView::onPushed;
-};
-
 TEST_F(PlayerViewItem, ReportsAMissingItem) {
     auto *open = new OpenPlayerView();
     open->onPushed(nullptr);
@@ -641,6 +822,14 @@ TEST_F(PlayerViewSentence, IsAskedForOnTheTimeArea) {
     EXPECT_TRUE(LoggedInfo("displayTime : 5 seconds of 2 minutes 7 seconds"));
 }
 
+TEST_F(PlayerViewSentence, IsRegisteredAnewWithEachTimer) {
+    push_hidden();
+    EXPECT_CALL(mock::access(), elm_atspi_accessible_name_cb_set(_, testing::NotNull(), _))
+        .Times(2);
+    view().createProgressTimer();
+    view().createProgressTimer();
+}
+
 TEST_F(PlayerViewSentence, FollowsTheTableOfPhrases) {
     push_with_timer();
     const std::pair<const char *, const char *> rows[] = {
@@ -697,3 +886,5 @@ TEST_F(PlayerViewSentence, NamesThePageInTheUsersLanguage) {
 }
 
 }  // namespace
+
+template struct support::OpenMember<Inside, &TslPlayerView::m_pPlayerlViewInside>;

@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <dlog.h>
 #include <gmock/gmock.h>
 
@@ -7,7 +8,21 @@
 #include "log_lines.h"
 #include "mock_platform/mock_access.h"
 #include "mock_platform/mock_uxt.h"
+#include "private_member.h"
 #include "window_fixture.h"
+
+namespace {
+
+bool g_no_access_objects = false;
+
+}  // namespace
+
+// The program's calls come here first.
+extern "C" Evas_Object *elm_access_object_register(Evas_Object *object, Evas_Object *parent) {
+    static auto *const own = reinterpret_cast<decltype(&elm_access_object_register)>(
+        dlsym(RTLD_NEXT, "elm_access_object_register"));
+    return g_no_access_objects ? nullptr : own(object, parent);
+}
 
 namespace {
 
@@ -15,6 +30,9 @@ using testing::_;
 using testing::InSequence;
 using testing::Return;
 using testing::StrEq;
+
+using Inside =
+    support::PrivateMember<struct InsideTag, TslScreenReaderCtrlInside * TslScreenReaderCtrl::*>;
 
 constexpr AccessibleRoleType button_role = AccessibleRoleType::ELM_ATSPI_ROLE_PUSH_BUTTON;
 constexpr AccessibleRoleType no_role = AccessibleRoleType::ELM_ATSPI_ROLE_INVALID;
@@ -29,6 +47,12 @@ constexpr char no_callback[] =
     "* Critical * It is failed to set accessible contents because screenReaderNameCb is not "
     "existed. - screenReaderNameCb == nullptr";
 
+constexpr char no_access_object[] =
+    "* Critical * pAccessObject is not existed. - pAccessObject == nullptr";
+constexpr char not_set[] =
+    "* Critical * It is failed to set accessible name callback because pAccessObject is not "
+    "existed. - pAccessObject == nullptr";
+
 char *dynamic_name(void *, Elm_Interface_Atspi_Accessible *) {
     return nullptr;
 }
@@ -37,6 +61,7 @@ class ScreenReaderTest : public support::WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
+        g_no_access_objects = false;
         m_button = elm_button_add(window());
         m_plain = evas_object_rectangle_add(evas_object_evas_get(window()));
         logs::clear();
@@ -122,6 +147,13 @@ TEST_F(ScreenReaderContents, OfAPlainObjectGoToItsAccessObject) {
     EXPECT_EQ(record(access_object).reading_info, 1u);
 }
 
+TEST_F(ScreenReaderContents, OfAPlainObjectNeedItsAccessObject) {
+    g_no_access_objects = true;
+    EXPECT_FALSE(ctrl.setAccessibleContents(m_plain, window(), "NAME", "TEXT", button_role, 1));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error(no_access_object), logs::error(not_set)}));
+    EXPECT_EQ(record(m_plain).name, "");
+}
+
 using ScreenReaderPage = ScreenReaderTest;
 
 TEST_F(ScreenReaderPage, IsReadWithNameAndDescription) {
@@ -174,6 +206,13 @@ TEST_F(ScreenReaderName, NeedsTargetThenParentThenCallback) {
                           logs::error(no_target), logs::error(no_callback)}));
 }
 
+TEST_F(ScreenReaderName, OfAPlainObjectNeedsItsAccessObject) {
+    g_no_access_objects = true;
+    EXPECT_FALSE(ctrl.setCallbackOfAccessibleName(m_plain, window(), dynamic_name, nullptr));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error(no_access_object), logs::error(not_set)}));
+    EXPECT_EQ(record(m_plain).name_cb, nullptr);
+}
+
 using ScreenReaderHighlight = ScreenReaderTest;
 
 TEST_F(ScreenReaderHighlight, IsSwitchedPerObject) {
@@ -214,4 +253,27 @@ TEST_F(ScreenReaderState, IsOffWithAWord) {
     EXPECT_TRUE(LoggedInfo("Accessibility is not set by user."));
 }
 
+using ScreenReaderInside = ScreenReaderTest;
+
+TEST_F(ScreenReaderInside, IsNeededByEachOperation) {
+    const auto pointer = member(Inside{});
+    TslScreenReaderCtrlInside *const inside = ctrl.*pointer;
+    ctrl.*pointer = nullptr;
+    EXPECT_CALL(mock::uxt(), uxt_access_is_accessibility_enabled()).Times(0);
+    EXPECT_FALSE(ctrl.setAccessibleNaviframe(nullptr, "Page", ""));
+    EXPECT_FALSE(ctrl.setAccessibleContents(m_button, "NAME", "", button_role, 3));
+    EXPECT_FALSE(ctrl.setAccessibleContents(m_plain, window(), "NAME", "", button_role, 3));
+    EXPECT_FALSE(ctrl.setCallbackOfAccessibleName(m_button, dynamic_name, nullptr));
+    EXPECT_FALSE(ctrl.setCallbackOfAccessibleName(m_plain, window(), dynamic_name, nullptr));
+    EXPECT_FALSE(ctrl.enableHighlight(m_button));
+    EXPECT_FALSE(ctrl.disableHighlight(m_button));
+    EXPECT_FALSE(ctrl.sayManualText("7"));
+    EXPECT_FALSE(ctrl.isEnabledToAccessAccessibility());
+    EXPECT_TRUE(OnlyFaultsLogged(std::vector<logs::Expected>(
+        9, logs::error("* Critical * m_pScreenReaderCtrlInside is not exsited."))));
+    ctrl.*pointer = inside;
+}
+
 }  // namespace
+
+template struct support::OpenMember<Inside, &TslScreenReaderCtrl::m_pScreenReaderCtrlInside>;

@@ -1,7 +1,41 @@
 #include <Ecore.h>
+#include <dlfcn.h>
 #include <dlog.h>
 
 #include "sound_mgr_fixture.h"
+
+namespace {
+
+/// What the program does with pipes.
+struct Pipes {
+    bool refused = false;
+    std::vector<Ecore_Pipe_Cb> readers;
+    std::vector<const void *> data;
+    std::vector<Ecore_Pipe *> deleted;
+};
+Pipes g_pipes;
+
+template <typename Function>
+Function *toolkits_own(const char *name) {
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// The toolkit's calls of the program, on their way through the test.
+extern "C" {
+Ecore_Pipe *ecore_pipe_add(Ecore_Pipe_Cb reader, const void *data) {
+    static auto *const own = toolkits_own<decltype(ecore_pipe_add)>("ecore_pipe_add");
+    g_pipes.readers.push_back(reader);
+    g_pipes.data.push_back(data);
+    return g_pipes.refused ? nullptr : own(reader, data);
+}
+void *ecore_pipe_del(Ecore_Pipe *pipe) {
+    static auto *const own = toolkits_own<decltype(ecore_pipe_del)>("ecore_pipe_del");
+    g_pipes.deleted.push_back(pipe);
+    return own(pipe);
+}
+}
 
 namespace {
 
@@ -24,7 +58,13 @@ const std::string destroyed =
     "* Critical * There is no TslSoundMgrInside handle. It may be destroied.";
 
 class AudioFocus : public SoundMgrTest {};
-class SoundEnvironment : public SoundMgrTest {};
+class SoundEnvironment : public SoundMgrTest {
+protected:
+    void SetUp() override {
+        SoundMgrTest::SetUp();
+        g_pipes = Pipes{};
+    }
+};
 
 // ---- construction
 
@@ -98,8 +138,15 @@ TEST_F(SoundEnvironment, SecondCreationReplacesAllPipes) {
                                          inside().m_pPipeToVolume, inside().m_pPipeToDeviceChanged};
     };
     const auto old_pipes = pipes();
+    const std::vector<Ecore_Pipe_Cb> readers{
+        TslSoundMgrInside::_PipeCbForPause, TslSoundMgrInside::_PipeCbForResume,
+        TslSoundMgrInside::_PipeCbForVolumeChanged, TslSoundMgrInside::_PipeCbForDeviceChanged};
+    EXPECT_EQ(g_pipes.readers, readers);
+    EXPECT_EQ(g_pipes.data, std::vector<const void *>(4, &inside()));
     inside()._writeEcorePipeToPause();
     inside()._createEcorePipe();
+    EXPECT_EQ(g_pipes.deleted, old_pipes);
+    EXPECT_EQ(g_pipes.readers.size(), 8U);
     support::run_loop_turns();
     EXPECT_TRUE(signals().empty()) << "what waited in the old pipe is gone with it";
     for (Ecore_Pipe *pipe : pipes()) {
@@ -109,6 +156,16 @@ TEST_F(SoundEnvironment, SecondCreationReplacesAllPipes) {
     inside()._writeEcorePipeToResume();
     inside()._writeEcorePipeToDeviceChanged(1);
     ASSERT_TRUE(emitted(3));
+}
+
+TEST_F(SoundEnvironment, ComesUpWithoutPipesThatCannotBeMade) {
+    g_pipes.refused = true;
+    create();
+    EXPECT_FALSE(inside()._writeEcorePipeToPause());
+    EXPECT_FALSE(inside()._writeEcorePipeToVolume(7));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * m_pPipeToPause is not existed."),
+                                  logs::error("* Critical * m_pPipeToVolume is not existed.")}));
+    EXPECT_TRUE(m_mgr->acquireAudioFocus());
 }
 
 // ---- teardown

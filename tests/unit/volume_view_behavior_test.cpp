@@ -388,14 +388,17 @@ TEST_F(VolumeViewBezel, TheEndOfTheScaleIsTheBarsRange) {
 
 TEST_F(VolumeViewBezel, ADetentForNothingIsIgnored) {
     Eext_Rotary_Event_Cb detent = nullptr;
+    const void *inside = nullptr;
     EXPECT_CALL(mock::rotary(), eext_rotary_object_event_callback_priority_add(_, _, _, _))
-        .WillOnce(DoAll(SaveArg<2>(&detent), Return(EINA_TRUE)));
+        .WillOnce(DoAll(SaveArg<2>(&detent), SaveArg<3>(&inside), Return(EINA_TRUE)));
     push(5);
     ASSERT_NE(detent, nullptr);
     forget();
     Eext_Rotary_Event_Info info{clockwise, 1000};
     EXPECT_FALSE(detent(nullptr, panel(), &info));
-    EXPECT_TRUE(LoggedError("* Critical * pUserData is not existed."));
+    EXPECT_FALSE(detent(const_cast<void *>(inside), nullptr, &info));
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * pUserData is not existed."),
+                                  logs::error("* Critical * EvasObject is nullptr.")}));
     EXPECT_THAT(emissions(), IsEmpty());
 }
 

@@ -2,6 +2,9 @@
 
 #include "TslVolumeView.h"
 
+#include <dlfcn.h>
+#include <libintl.h>
+
 #include <cmath>
 #include <cstring>
 
@@ -11,11 +14,48 @@
 
 namespace {
 
+/// What the program emits to layouts with the source "*".
+std::vector<std::string> g_layout_signals;
+/// The text domain of the word for volume.
+std::string g_domain;
+
+template <typename Function>
+Function *toolkits_own(const char *name) {
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// The toolkit's calls of the program, on their way through the test.
+extern "C" {
+void elm_layout_signal_emit(Evas_Object *layout, const char *emission, const char *source) {
+    static auto *const own =
+        toolkits_own<decltype(elm_layout_signal_emit)>("elm_layout_signal_emit");
+    if (std::strcmp(source, "*") == 0) {
+        g_layout_signals.emplace_back(emission);
+    }
+    own(layout, emission, source);
+}
+void elm_object_domain_translatable_part_text_set(Evas_Object *object, const char *part,
+                                                  const char *domain, const char *text) {
+    static auto *const own = toolkits_own<decltype(elm_object_domain_translatable_part_text_set)>(
+        "elm_object_domain_translatable_part_text_set");
+    if (part != nullptr && std::strcmp(part, "elm.text") == 0) {
+        g_domain = domain != nullptr ? domain : "none";
+    }
+    own(object, part, domain, text);
+}
+}
+
+namespace {
+
 using testing::_;
 using testing::AnyNumber;
+using testing::DoAll;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Return;
+using testing::SaveArg;
 
 using Inside = support::PrivateMember<struct InsideTag, TslVolumeViewInside * TslVolumeView::*>;
 
@@ -120,7 +160,13 @@ TEST_F(VolumeView, EachOperationNeedsTheInsideObject) {
     view().*pointer = inside;
 }
 
-using VolumeViewLayout = screens::VolumeViewTest;
+class VolumeViewLayout : public screens::VolumeViewTest {
+protected:
+    void SetUp() override {
+        VolumeViewTest::SetUp();
+        g_layout_signals.clear();
+    }
+};
 
 TEST_F(VolumeViewLayout, AnswersTheContentViewsClassName) {
     push();
@@ -188,6 +234,7 @@ TEST_F(VolumeViewLayout, ShowsTheLevelAndTheWordForVolume) {
     EXPECT_EQ(text("elm.text.level"), "7");
     EXPECT_STREQ(elm_object_translatable_part_text_get(panel(), "elm.text"),
                  "IDS_MUSIC_OPT_VOLUME");
+    EXPECT_EQ(g_domain, textdomain(nullptr));
 }
 
 TEST_F(VolumeViewLayout, ShowsTheLevelAsTheRegionWritesIt) {
@@ -235,6 +282,7 @@ TEST_F(VolumeViewLayout, BelowTheSafetyLevelItOpensInTheNormalColours) {
     EXPECT_TRUE(LoggedWarn("set blue color"));
     EXPECT_EQ(bar().colors.at("default"), FakeCircle::platform_color);
     EXPECT_EQ(bar().colors.at("bg"), normal_ground);
+    EXPECT_THAT(g_layout_signals, ElementsAre("normal"));
 }
 
 TEST_F(VolumeViewLayout, AtTheSafetyLevelItOpensAsItIs) {
@@ -242,6 +290,7 @@ TEST_F(VolumeViewLayout, AtTheSafetyLevelItOpensAsItIs) {
     EXPECT_TRUE(LoggedTimes(1, DLOG_WARN, "Nothing choose, set color of progressbar."));
     EXPECT_EQ(bar().colors.count("bg"), 0u);
     EXPECT_EQ(bar().colors.at("default"), FakeCircle::platform_color);
+    EXPECT_THAT(g_layout_signals, IsEmpty());
 }
 
 TEST_F(VolumeViewLayout, AboveTheSafetyLevelItOpensInTheWarningColours) {
@@ -249,6 +298,7 @@ TEST_F(VolumeViewLayout, AboveTheSafetyLevelItOpensInTheWarningColours) {
     EXPECT_TRUE(LoggedWarn("set red color"));
     EXPECT_EQ(bar().colors.at("default"), warning_bar);
     EXPECT_EQ(bar().colors.at("bg"), warning_ground);
+    EXPECT_THAT(g_layout_signals, ElementsAre("warning"));
 }
 
 TEST_F(VolumeViewLayout, AtLevelZeroItOpensMutedWithNothingToTakeAway) {
@@ -322,6 +372,7 @@ TEST_F(VolumeViewLayout, APushWithoutItemIsRefused) {
     class Opened : public TslVolumeView {
     public:
         Opened() : TslVolumeView(5, 15, 16) {}
+        using TslVolumeView::onCreateView;
         using TslVolumeView::onPop;
         using TslVolumeView::onPushed;
     };
@@ -331,7 +382,11 @@ TEST_F(VolumeViewLayout, APushWithoutItemIsRefused) {
     const auto pointer = member(Inside{});
     TslVolumeViewInside *const inside = view->*pointer;
     view->*pointer = nullptr;
+    logs::clear();
     EXPECT_FALSE(view->onPop());
+    EXPECT_EQ(view->onCreateView(window(), nullptr), nullptr);
+    view->onPushed(nullptr);
+    EXPECT_TRUE(OnlyFaultsLogged(std::vector<logs::Expected>(3, logs::error(no_inside))));
     view->*pointer = inside;
     view->destroy();
 }
@@ -340,6 +395,10 @@ TEST_F(VolumeViewLayout, IsNotPushedWithoutItsTheme) {
     EXPECT_CALL(mock::ui_app(), app_get_resource_path()).WillRepeatedly([] {
         return strdup("/nowhere/");
     });
+    Eext_Rotary_Event_Cb detent = nullptr;
+    const void *inside = nullptr;
+    EXPECT_CALL(mock::rotary(), eext_rotary_object_event_callback_priority_add(_, _, _, _))
+        .WillOnce(DoAll(SaveArg<2>(&detent), SaveArg<3>(&inside), Return(EINA_FALSE)));
     auto *view = new TslVolumeView(5, 15, 16);
     EXPECT_FALSE(naviframe().push(view, "tsl_volume_view"));
     for (const char *message :
@@ -352,6 +411,13 @@ TEST_F(VolumeViewLayout, IsNotPushedWithoutItsTheme) {
     }
     EXPECT_TRUE(LoggedTimes(3, DLOG_INFO, "There is no pParent."));
     EXPECT_TRUE(LoggedTimes(3, DLOG_ERROR, "* Critical * It is failed to create mute button."));
+    ASSERT_NE(detent, nullptr);
+    forget();
+    Eext_Rotary_Event_Info info{EEXT_ROTARY_DIRECTION_CLOCKWISE, 1000};
+    EXPECT_FALSE(detent(const_cast<void *>(inside), window(), &info));
+    EXPECT_TRUE(OnlyFaultsLogged(
+        {logs::error("* Critical * pVolumeViewInside->m_pVolumeViewLayout == nullptr")}));
+    EXPECT_THAT(emissions(), IsEmpty());
     view->destroy();
 }
 

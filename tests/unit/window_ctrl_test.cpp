@@ -21,6 +21,7 @@ struct Toolkit {
     bool rotations_supported = false;
     int rotation = -1;
     std::vector<int> available_rotations;
+    std::vector<std::string> signals;  ///< to objects of any kind, in the order of the calls
     Elm_Win_Type type = ELM_WIN_UNKNOWN;
     std::string name;
 };
@@ -54,6 +55,12 @@ Eina_Bool elm_win_wm_rotation_supported_get(const Evas_Object *) {
 void elm_win_wm_rotation_available_rotations_set(Evas_Object *, const int *rotations,
                                                  unsigned int count) {
     toolkit.available_rotations.assign(rotations, rotations + count);
+}
+void elm_object_signal_emit(Evas_Object *object, const char *emission, const char *source) {
+    toolkit.signals.push_back(std::string(emission) + "|" + source);
+    static auto *const own =
+        toolkits_own<decltype(elm_object_signal_emit)>("elm_object_signal_emit");
+    own(object, emission, source);
 }
 int elm_win_rotation_get(const Evas_Object *window) {
     static auto *const own = toolkits_own<decltype(elm_win_rotation_get)>("elm_win_rotation_get");
@@ -155,6 +162,18 @@ TEST_F(WindowCreation, PutsTheBaseLayoutIntoAnOverlappedConformant) {
     EXPECT_EQ(elm_object_part_content_get(conformant, nullptr), base());
     EXPECT_EQ(evas_object_data_get(conformant, "overlap"), reinterpret_cast<void *>(1));
     EXPECT_TRUE(evas_object_visible_get(conformant));
+    EXPECT_THAT(toolkit.signals, testing::Contains("elm,state,indicator,overlap|"));
+}
+
+TEST_F(WindowCreation, LetsEachOfItsObjectsTakeAllRoom) {
+    for (const Evas_Object *object : {window_ctrl().getConformantEvasObject(), base(),
+                                      elm_object_part_content_get(base(), video_part)}) {
+        double x = 0.0;
+        double y = 0.0;
+        evas_object_size_hint_weight_get(object, &x, &y);
+        EXPECT_EQ(x, 1.0);
+        EXPECT_EQ(y, 1.0);
+    }
 }
 
 TEST_F(WindowCreation, NamesTheHoleInTheLog) {
