@@ -5,12 +5,15 @@
 
 #include <Elementary.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <vector>
@@ -121,6 +124,7 @@ protected:
         EXPECT_TRUE(seams::failures().empty());
     }
 
+    std::vector<int> shown_numbers_of_one_second();
     /// The number in the shown picture, for a picture of this shape at the player's mode.
     static std::optional<int> shown_number(const support::PictureArea &area) {
         return support::read_frame_number(
@@ -212,26 +216,41 @@ TEST_F(PlayerMedia, TheFirstPictureShowsBeforePlayingAtItsFinalSize) {
     EXPECT_EQ(seams::plane().frames(), 1);
 }
 
+/// Plays one_second.mp4 to its end. @return the numbers of its pictures, as they were shown
+std::vector<int> PlayerMedia::shown_numbers_of_one_second() {
+    std::vector<int> numbers;
+    seams::plane().on_shown(
+        [&numbers] { numbers.push_back(shown_number(kWideCropped).value_or(-1)); });
+    prepare("one_second.mp4");
+    const int completed = events_.completed;
+    EXPECT_EQ(player_start(player_), PLAYER_ERROR_NONE);
+    EXPECT_TRUE(until([&] {
+        const host::PlayerStatus status = host::player_status();
+        return events_.completed > completed &&
+               status.frames_shown + status.frames_dropped == status.frames_decoded;
+    }));
+    EXPECT_EQ(host::player_status().frames_shown, numbers.size());
+    EXPECT_EQ(player_unprepare(player_), PLAYER_ERROR_NONE);
+    seams::plane().on_shown({});
+    return numbers;
+}
+
 TEST_F(PlayerMedia, EachPictureIsShownOnceAndInOrder) {
+    // A machine that has no time for a picture when it is due drops it, and is asked again.
+    constexpr int kRounds = 20;
+    std::vector<int> all(30);
+    std::iota(all.begin(), all.end(), 0);
     ASSERT_EQ(player_set_display_mode(player_, PLAYER_DISPLAY_MODE_CROPPED_FULL),
               PLAYER_ERROR_NONE);
-    prepare("video_only.mp4");
-    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
     std::vector<int> numbers;
-    ASSERT_TRUE(until([&] {
-        const auto number = shown_number(kWideCropped);
-        if (number && (numbers.empty() || numbers.back() != *number)) {
-            numbers.push_back(*number);
-        }
-        return events_.completed > 0;
-    }));
-    ASSERT_FALSE(numbers.empty());
-    EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-    EXPECT_EQ(numbers.back(), 89);
-    const host::PlayerStatus status = host::player_status();
-    EXPECT_EQ(status.frames_decoded, 90U);
-    EXPECT_EQ(status.frames_shown + status.frames_dropped, 90U);
-    EXPECT_GE(status.frames_shown, numbers.size());
+    for (int round = 0; round < kRounds && numbers != all; ++round) {
+        numbers = shown_numbers_of_one_second();
+        // Whatever is dropped, no other comes twice or before its time.
+        ASSERT_EQ(std::adjacent_find(numbers.begin(), numbers.end(), std::greater_equal<>()),
+                  numbers.end())
+            << testing::PrintToString(numbers);
+    }
+    EXPECT_EQ(numbers, all);
 }
 
 TEST_F(PlayerMedia, AccurateSeeksShowExactlyTheirPicture) {

@@ -37,6 +37,9 @@ void RecordingPlane::show(std::unique_ptr<host::VideoFrame> frame, int x, int y)
     x_ = x;
     y_ = y;
     ++frames_;
+    if (shown_) {
+        shown_();
+    }
 }
 
 void RecordingPlane::clear() {

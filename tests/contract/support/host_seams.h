@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "shell/shell.h"
@@ -24,6 +25,8 @@ public:
     void on_resized(std::function<void()> changed) override { changed_ = std::move(changed); }
 
     void resize(int width, int height);
+    /// Called with each picture once it is shown.
+    void on_shown(std::function<void()> shown) { shown_ = std::move(shown); }
     /// The newest frame, or null.
     [[nodiscard]] const host::VideoFrame *frame() const { return frame_.get(); }
     [[nodiscard]] int x() const { return x_; }
@@ -41,6 +44,7 @@ private:
     int frames_ = 0;
     std::unique_ptr<host::VideoFrame> frame_;
     std::function<void()> changed_;
+    std::function<void()> shown_;
 };
 
 /// A window as elm_win_add() gives it, and the plane below it.

@@ -76,8 +76,7 @@ inline std::string read_request(int connection) {
 inline void send_all(int connection, const std::string &text) {
     std::size_t sent = 0;
     while (sent < text.size()) {
-        const ssize_t step =
-            send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+        const ssize_t step = send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
         if (step <= 0) {
             return;
         }
