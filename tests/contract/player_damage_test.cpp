@@ -1,5 +1,5 @@
-// Media cut off anywhere, through one process: each is played or refused, and leaves nothing
-// behind.
+// Media cut off and changed anywhere, through one process: each is played or refused, and leaves
+// nothing behind.
 
 #include <Ecore.h>
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <random>
 #include <string>
 
 #include "host_seams.h"
@@ -24,6 +25,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kOffsets = 200;
+constexpr int kChanged = 60;
+constexpr unsigned kMostFlips = 100;
+// Indexes at the end, at the beginning, and in between.
+constexpr std::array kClips = {"one_second.mp4", "indexed_first.mp4", "fragmented.mp4",
+                               "vp9_opus.webm", "theora_vorbis.ogg"};
 constexpr double kLimit = 2.0;
 /// A loaded machine isn't what is tested; a hang is.
 constexpr double kDeadline = 20.0;
@@ -43,15 +49,34 @@ protected:
     void SetUp() override {
         seams::reset();
         file_ = fs::temp_directory_path() / ("player-damage-" + std::to_string(getpid()));
+        std::transform(kClips.begin(), kClips.end(), wholes_.begin(), contents);
+        // What is loaded on first use stays.
+        for (const std::string &whole : wholes_) {
+            EXPECT_EQ(play(whole, kDeadline), 0);
+        }
+        threads_ = entries_of("/proc/self/task");
+        descriptors_ = entries_of("/proc/self/fd");
     }
     void TearDown() override {
+        for (const auto &[code, count] : outcomes_) {
+            RecordProperty("outcome_" + std::to_string(code), count);
+            EXPECT_TRUE(code == 0 || code == PLAYER_ERROR_NOT_SUPPORTED_FILE) << code;
+        }
+        EXPECT_GT(outcomes_[0], 0);
+        EXPECT_GT(outcomes_[PLAYER_ERROR_NOT_SUPPORTED_FILE], 0);
+        RecordProperty("longest_ms", static_cast<int>(longest_ * 1000));
+        EXPECT_TRUE(support::run_main_loop_until(
+            [&] { return entries_of("/proc/self/task") <= threads_; }, kLimit));
+        EXPECT_LE(entries_of("/proc/self/fd"), descriptors_);
         seams::reset();
         fs::remove(file_);
     }
 
-    /// Prepares the file, and plays its last moments where it can be played.
+    /// Prepares the medium, and plays its last moments where it can be played.
+    /// @param patience  seconds for the end to come
     /// @return the platform's number of the fault, or 0
-    int play_to_the_end() {
+    int play(const std::string &medium, double patience) {
+        std::ofstream(file_, std::ios::binary) << medium;
         player_h player = nullptr;
         EXPECT_EQ(player_create(&player), PLAYER_ERROR_NONE);
         struct Events {
@@ -75,57 +100,56 @@ protected:
             player_get_duration(player, &duration);
             player_set_play_position(player, std::max(0, duration - 100), true, nullptr, nullptr);
             player_start(player);
-            EXPECT_TRUE(support::run_main_loop_until(
-                [&] { return events.ended > 0 || events.error != 0; }, kDeadline));
+            ends_ = support::run_main_loop_until(
+                [&] { return events.ended > 0 || events.error != 0; }, patience);
         }
         EXPECT_EQ(player_destroy(player), PLAYER_ERROR_NONE);
         return events.error;
     }
-    int play(const std::string &whole, std::size_t length) {
-        std::ofstream(file_, std::ios::binary) << whole.substr(0, length);
-        return play_to_the_end();
+    /// Plays it as one of the test's.
+    void play_damaged(const std::string &medium, double patience) {
+        const double begin = ecore_time_get();
+        ++outcomes_[play(medium, patience)];
+        longest_ = std::max(longest_, ecore_time_get() - begin);
     }
 
+    std::array<std::string, kClips.size()> wholes_;
+    bool ends_ = true;  ///< whether the last that was played did
+
+private:
     fs::path file_;
+    std::size_t threads_ = 0;
+    std::size_t descriptors_ = 0;
+    std::map<int, int> outcomes_;
+    double longest_ = 0.0;
 };
 
 TEST_F(PlayerDamage, CutOffAtTwoHundredPlacesNothingIsLeftBehind) {
-    // Indexes at the end, at the beginning, and in between.
-    constexpr std::array kClips = {"one_second.mp4", "indexed_first.mp4", "fragmented.mp4",
-                                   "vp9_opus.webm", "theora_vorbis.ogg"};
-    std::array<std::string, kClips.size()> wholes;
-    std::transform(kClips.begin(), kClips.end(), wholes.begin(), contents);
-    // What is loaded on first use stays.
-    for (const std::string &whole : wholes) {
-        EXPECT_EQ(play(whole, whole.size()), 0);
-    }
-    const std::size_t threads = entries_of("/proc/self/task");
-    const std::size_t descriptors = entries_of("/proc/self/fd");
-
-    std::map<int, int> outcomes;
-    double longest = 0.0;
     for (int index = 0; index < kOffsets; ++index) {
-        const std::string &whole = wholes[static_cast<std::size_t>(index) % wholes.size()];
+        const auto clip = static_cast<std::size_t>(index) % kClips.size();
         // Denser where the headers are.
         const double part = static_cast<double>(index) / kOffsets;
         const auto length =
-            static_cast<std::size_t>(static_cast<double>(whole.size()) * part * part);
-        SCOPED_TRACE(std::string(kClips[static_cast<std::size_t>(index) % wholes.size()]) +
-                     " cut off at " + std::to_string(length));
-        const double begin = ecore_time_get();
-        ++outcomes[play(whole, length)];
-        longest = std::max(longest, ecore_time_get() - begin);
+            static_cast<std::size_t>(static_cast<double>(wholes_[clip].size()) * part * part);
+        SCOPED_TRACE(std::string(kClips[clip]) + " cut off at " + std::to_string(length));
+        play_damaged(wholes_[clip].substr(0, length), kDeadline);
+        EXPECT_TRUE(ends_);
     }
-    for (const auto &[code, count] : outcomes) {
-        RecordProperty("outcome_" + std::to_string(code), count);
-        EXPECT_TRUE(code == 0 || code == PLAYER_ERROR_NOT_SUPPORTED_FILE) << code;
+}
+
+TEST_F(PlayerDamage, WithBitsFlippedAtRandomNothingIsLeftBehind) {
+    // Times may be among what is changed, so that the end is far away.
+    constexpr double kAWhile = 0.2;
+    for (unsigned seed = 0; seed < kChanged; ++seed) {
+        const std::size_t clip = seed % kClips.size();
+        SCOPED_TRACE(std::string(kClips[clip]) + " changed by seed " + std::to_string(seed));
+        std::string medium = wholes_[clip];
+        std::mt19937 dice(seed);
+        for (unsigned flips = 1 + dice() % kMostFlips; flips > 0; --flips) {
+            medium[dice() % medium.size()] ^= static_cast<char>(1U << dice() % 8);
+        }
+        play_damaged(medium, kAWhile);
     }
-    EXPECT_GT(outcomes[0], 0);
-    EXPECT_GT(outcomes[PLAYER_ERROR_NOT_SUPPORTED_FILE], 0);
-    RecordProperty("longest_ms", static_cast<int>(longest * 1000));
-    EXPECT_TRUE(support::run_main_loop_until(
-        [&] { return entries_of("/proc/self/task") <= threads; }, kLimit));
-    EXPECT_LE(entries_of("/proc/self/fd"), descriptors);
 }
 
 }  // namespace
