@@ -84,6 +84,8 @@ given_file("1x1 pixels", lambda path: fault_media.of_size(path, 1, 1), "mkv")
 given_file("16384x16 pixels", lambda path: fault_media.of_size(path, 16384, 16), "mkv")
 given_file("0 pictures a second", fault_media.without_rate)
 given_file("fragments, the last one unfinished", fault_media.fragmented_unfinished)
+given_file("sound with a rate beyond all numbers",
+           lambda path: shutil.copy(e2e.clip("endless_rate.webm"), path), "webm")
 given("file that isn't there")(lambda test: test.start(test.path("nothing.mp4")))
 given("folder")(lambda test: test.start(test.directory))
 given("device")(lambda test: test.start("/dev/zero"))
@@ -204,6 +206,46 @@ def _(test):
     return player
 
 
+@given("out of descriptors while it plays")
+def _(test):
+    player = test.play(e2e.SHORT)
+    pid = player.child.pid
+    held = max(map(int, os.listdir(f"/proc/{pid}/fd"))) + 1
+    resource.prlimit(pid, resource.RLIMIT_NOFILE, (held, held))
+    return player
+
+
+@given("damaged subtitles beside the video")
+def _(test):
+    path = test.copy("one_second.mp4")
+    for end in (".srt", ".sub", ".smi"):
+        fault_media.write(os.path.splitext(path)[0] + end, b"{1}{2 not closed\n\xff\x00" * 100)
+    return test.start(path)
+
+
+@given("damaged settings")
+def _(test):
+    folder = os.path.join(test.environment["XDG_CONFIG_HOME"], "tessel")
+    os.makedirs(folder)
+    fault_media.write(os.path.join(folder, "settings.ini"), b"[db/menu_widget\n\xff\x00" * 100)
+    return test.start(e2e.clip("one_second.mp4"))
+
+
+@given("damaged catalogue of the user's language, and a file that isn't there")
+def _(test):
+    test.environment["LANGUAGE"] = "fr"
+    player = test.start(test.path("nothing.mp4"), program=test.install_with_damaged(
+        "res/locale/fr/LC_MESSAGES/tessel.mo"))
+    e2e.wait_until(lambda: "The damaged catalogue " in player.text(), "the log of the catalogue")
+    return player
+
+
+@given("damaged theme table")
+def _(test):
+    return test.start(e2e.clip("one_second.mp4"), program=test.install_with_damaged(
+        "shared/tables/com.orvane.tessel_ChangeableColorInfo.xml"))
+
+
 @given("no memory for a picture")
 def _(test):
     if e2e.SLOW:
@@ -226,6 +268,17 @@ class FaultTable(e2e.TestCase):
 
     def copy(self, name, new_name="copy.mp4"):
         return shutil.copy(e2e.clip(name), self.path(new_name))
+
+    def install_with_damaged(self, name):
+        """The program with one of its own files cut in half."""
+        program = self.path("installed/bin/tessel")
+        os.makedirs(os.path.dirname(program))
+        shutil.copy(os.path.join(e2e.BIN, "tessel"), program)
+        data = self.path("installed/share/tessel")
+        shutil.copytree(os.path.join(e2e.BIN, "../share/tessel"), data)
+        damaged = os.path.join(data, name)
+        os.truncate(damaged, os.path.getsize(damaged) // 2)
+        return program
 
     def server(self, tls=False):
         folder = self.path("served")
