@@ -164,6 +164,9 @@ void _WPageSlideViewControllerImpl::addBox(Evas_Object *scroller) {
 }
 
 void _WPageSlideViewControllerImpl::resizePages(Evas_Object *obj) {
+    if (_scroller == nullptr) {
+        return;
+    }
     evas_object_geometry_get(obj, nullptr, nullptr, &_pageWidth, &_pageHeight);
     for (const _WPage &page : *_pages) {
         Evas_Object *sizer = elm_object_part_content_get(page._pageBase, SIZER_PART);
@@ -174,10 +177,7 @@ void _WPageSlideViewControllerImpl::resizePages(Evas_Object *obj) {
 }
 
 void _WPageSlideViewControllerImpl::_resizedCb(void *data, Evas *, Evas_Object *obj, void *) {
-    auto *pv = static_cast<_WPageSlideViewControllerImpl *>(data);
-    if (pv->_scroller != nullptr) {
-        pv->resizePages(obj);
-    }
+    static_cast<_WPageSlideViewControllerImpl *>(data)->resizePages(obj);
 }
 
 void _WPageSlideViewControllerImpl::_scrollCb(void *data, Evas_Object *obj, void *) {
@@ -484,9 +484,7 @@ void WPageSlideViewController::setScrollbarVisible(bool visible) {
 }
 
 void WPageSlideViewController::resizePages() {
-    if (_pv->_scroller != nullptr) {
-        _pv->resizePages(_pv->_scroller);
-    }
+    _pv->resizePages(_pv->_scroller);
 }
 
 void WPageSlideViewController::setInitScrollerHandler(std::function<void(Evas_Object *)> handler) {
