@@ -110,6 +110,7 @@ TEST_F(MenuTest, IsMadeHidden) {
     Menu *menu = created();
     EXPECT_STREQ(menu->getClassName(), "WViewController");
     EXPECT_STREQ(elm_object_widget_type_get(menu->getEvasObject()), "Elm_Ctxpopup");
+    EXPECT_STREQ(elm_object_style_get(menu->getEvasObject()), "more/default");
     EXPECT_FALSE(evas_object_visible_get(menu->getEvasObject()));
     EXPECT_TRUE(elm_ctxpopup_auto_hide_disabled_get(menu->getEvasObject()));
     EXPECT_TRUE(NoFaultLogged(tag));

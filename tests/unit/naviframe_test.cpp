@@ -85,6 +85,7 @@ public:
     Elm_Object_Item *attached_item = nullptr;
     Elm_Object_Item *pushed_item = nullptr;
     Elm_Object_Item *own_item = nullptr;
+    WNaviframeController *asked_by = nullptr;
 
 protected:
     void onAttachedToNaviframe(WNaviframeController *naviframe, Elm_Object_Item *item) override {
@@ -96,6 +97,7 @@ protected:
 
     Elm_Object_Item *onCreateNaviItem(Evas_Object *naviframe) override {
         note("onCreateNaviItem");
+        asked_by = getNaviframeController();
         if (push_own_item) {
             own_item = elm_naviframe_item_push(naviframe, "own", nullptr, nullptr, getEvasObject(),
                                                nullptr);
@@ -225,6 +227,15 @@ TEST_F(NaviframeTest, PushedPageStandsOnTop) {
     EXPECT_EQ(elm_object_item_content_get(top), page->getEvasObject());
     EXPECT_TRUE(m_naviframe->isTopContentView(page));
     EXPECT_EQ(m_naviframe->getTopContentView(), page);
+}
+
+TEST_F(NaviframeTest, PageKnowsItsPlaceFromItsItemOn) {
+    auto *page = new Page(m_journal, "page");
+    WContentViewController *top = nullptr;
+    page->in_attached = [&] { top = m_naviframe->getTopContentView(); };
+    EXPECT_TRUE(m_naviframe->push(page, "page"));
+    EXPECT_EQ(page->asked_by, m_naviframe);
+    EXPECT_EQ(top, page);
 }
 
 TEST_F(NaviframeTest, PushGivesThePageItsName) {
@@ -643,6 +654,7 @@ TEST_F(MoreButtonTest, IsAShownButtonInItsPartOfTheItem) {
     EXPECT_EQ(g_more.item, page->getNaviItem());
     ASSERT_NE(g_more.button, nullptr);
     EXPECT_STREQ(elm_object_widget_type_get(g_more.button), "Elm_Button");
+    EXPECT_STREQ(elm_object_style_get(g_more.button), "naviframe/more/default");
     EXPECT_EQ(elm_object_parent_widget_get(g_more.button), frame());
     EXPECT_TRUE(evas_object_visible_get(g_more.button));
 }
@@ -693,7 +705,21 @@ TEST_F(DefaultViewTest, ShowsAColourAndTheViewsName) {
     int alpha = 0;
     evas_object_color_get(rect, nullptr, nullptr, nullptr, &alpha);
     EXPECT_EQ(alpha, 255);
+    double x = 0.0;
+    double y = 0.0;
+    for (Evas_Object *object : {layout, rect}) {
+        evas_object_size_hint_weight_get(object, &x, &y);
+        EXPECT_EQ(std::pair(x, y), std::pair(1.0, 1.0));
+    }
+    evas_object_size_hint_align_get(rect, &x, &y);
+    EXPECT_EQ(std::pair(x, y), std::pair(-1.0, -1.0));
     EXPECT_TRUE(NoFaultLogged(tag));
+}
+
+TEST_F(DefaultViewTest, IsShown) {
+    auto *page = new DefaultPage;
+    ASSERT_TRUE(page->create(base_layout(), nullptr));
+    EXPECT_TRUE(evas_object_visible_get(page->getEvasObject()));
 }
 
 TEST_F(DefaultViewTest, ColourIsThreeRandomNumbers) {

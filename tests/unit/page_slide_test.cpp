@@ -425,6 +425,10 @@ TEST_F(PageSlideTest, AppendedViewStandsInItsPage) {
     EXPECT_EQ(elm_object_part_content_get(base, "sw"), view->getEvasObject());
     EXPECT_EQ(elm_object_parent_widget_get(base), elm_object_content_get(m_slide->getScroller()));
     EXPECT_TRUE(evas_object_visible_get(base));
+    double x = 0.0;
+    double y = 0.0;
+    evas_object_size_hint_weight_get(base, &x, &y);
+    EXPECT_EQ(std::pair(x, y), std::pair(1.0, 1.0));
     EXPECT_TRUE(NoFaultLogged(tag));
 }
 

@@ -331,6 +331,7 @@ TEST_F(PopupTest, ButtonsStandInTheirPartsInOrder) {
     for (int i = 0; i < 3; ++i) {
         ASSERT_NE(button(popup, i + 1), nullptr);
         EXPECT_STREQ(elm_object_text_get(button(popup, i + 1)), texts[i]);
+        EXPECT_STREQ(elm_object_style_get(button(popup, i + 1)), "popup");
         EXPECT_TRUE(evas_object_visible_get(button(popup, i + 1)));
     }
 }
@@ -475,6 +476,24 @@ TEST_F(PopupTest, BackHandlerMayDestroyThePopupItself) {
     popup->setBackHandler([popup](bool *) { popup->destroy(); });
     attached(popup);
     EXPECT_TRUE(mock::fake_keys().press_back());
+    EXPECT_TRUE(gone());
+}
+
+TEST_F(PopupTest, BackHandlerThatLeavesTheFlagHasThePopupDestroyItself) {
+    struct Destroying : Popup {
+        using Popup::Popup;
+        int destroyed = 0;
+        void destroy() override { ++destroyed; }
+    };
+    auto *popup = new Destroying(m_journal);
+    popup->setBackHandler([](bool *) {});
+    popup->addButton("OK", [](bool *) {});
+    attached(popup);
+    EXPECT_TRUE(mock::fake_keys().press_back());
+    EXPECT_EQ(popup->destroyed, 1);
+    EXPECT_FALSE(gone());
+    // A button deletes the object without asking.
+    click(button(popup, 1));
     EXPECT_TRUE(gone());
 }
 

@@ -45,6 +45,38 @@ TEST_F(ViewTest, ParameterReachesOnCreate) {
     EXPECT_EQ(view->seen_param, &param);
 }
 
+TEST_F(ViewTest, ParentAndParameterReachOnCreateView) {
+    struct Seeing : View {
+        using View::View;
+        Evas_Object *seen_parent = nullptr;
+        void *seen_view_param = nullptr;
+        Evas_Object *onCreateView(Evas_Object *parent, void *param) override {
+            seen_parent = parent;
+            seen_view_param = param;
+            return View::onCreateView(parent, param);
+        }
+    };
+    auto *view = new Seeing(m_journal);
+    int param = 0;
+    EXPECT_TRUE(view->create(base_layout(), &param));
+    EXPECT_EQ(view->seen_parent, base_layout());
+    EXPECT_EQ(view->seen_view_param, &param);
+}
+
+TEST_F(ViewTest, IsWholeWhenItIsToldThatItIsCreated) {
+    auto *view = new View(m_journal);
+    view->setName("name");
+    bool told = false;
+    view->in_created = [&] {
+        told = true;
+        EXPECT_EQ(wview_get_instance(view->getEvasObject()), view);
+        EXPECT_STREQ(evas_object_name_get(view->getEvasObject()), "name");
+        EXPECT_EQ(view->getWindowController(), &window());
+    };
+    EXPECT_TRUE(view->create(base_layout(), nullptr));
+    EXPECT_TRUE(told);
+}
+
 TEST_F(ViewTest, SecondCreationIsTrueAndCallsNothing) {
     View *view = created();
     Evas_Object *object = view->getEvasObject();
@@ -401,6 +433,18 @@ TEST_F(ViewTest, PopupGoesWithItsView) {
     m_journal.clear();
     view->destroy();
     EXPECT_EQ(m_journal, (Journal{"view.onDestroy", "view.gone", "popup.onDestroy", "popup.gone"}));
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(ViewTest, PopupGoesBeforeTheWeakPointersOfItsViewExpire) {
+    View *view = created();
+    const WViewWeakPtr weak = view->getWeakPtr();
+    auto *popup = new View(m_journal, "popup");
+    bool expired = true;
+    popup->in_destroy = [&] { expired = weak.expired(); };
+    view->attachPopup(popup);
+    view->destroy();
+    EXPECT_FALSE(expired);
     EXPECT_TRUE(weak.expired());
 }
 

@@ -16,6 +16,11 @@ struct WindowCalls {
     bool rotation_supported = false;
     bool conformant = false;
     std::vector<int> rotations;
+    Evas_Object *parent = nullptr;
+    std::string name;
+    Elm_Win_Type type = ELM_WIN_UNKNOWN;
+    std::vector<Evas_Object *> resized;
+    std::vector<std::string> layout_theme;
 } g_calls;
 
 template <typename Function>
@@ -30,6 +35,9 @@ extern "C" {
 
 Evas_Object *elm_win_add(Evas_Object *parent, const char *name, Elm_Win_Type type) {
     static auto *const next = real(&elm_win_add, "elm_win_add");
+    g_calls.parent = parent;
+    g_calls.name = name;
+    g_calls.type = type;
     return g_calls.refuse_windows ? nullptr : next(parent, name, type);
 }
 
@@ -44,6 +52,20 @@ Eina_Bool elm_win_wm_rotation_supported_get(const Evas_Object *) {
 void elm_win_wm_rotation_available_rotations_set(Evas_Object *, const int *rotations,
                                                  unsigned int count) {
     g_calls.rotations.assign(rotations, rotations + count);
+}
+
+void elm_win_resize_object_add(Evas_Object *win, Evas_Object *object) {
+    static auto *const next = real(&elm_win_resize_object_add, "elm_win_resize_object_add");
+    g_calls.resized.push_back(object);
+    next(win, object);
+}
+
+// Only the device's theme has the default layout.
+Eina_Bool elm_layout_theme_set(Evas_Object *layout, const char *klass, const char *group,
+                               const char *style) {
+    static auto *const next = real(&elm_layout_theme_set, "elm_layout_theme_set");
+    g_calls.layout_theme = {klass, group, style};
+    return next(layout, klass, group, style);
 }
 
 }  // extern "C"
@@ -178,6 +200,9 @@ TEST_F(WindowTest, DefaultWindowHasItsTitleAndProperties) {
     auto *window = new Plain("plain window", ELM_WIN_BASIC);
     ASSERT_TRUE(window->create());
     Evas_Object *win = window->getEvasObject();
+    EXPECT_EQ(g_calls.parent, nullptr);
+    EXPECT_EQ(g_calls.name, "plain window");
+    EXPECT_EQ(g_calls.type, ELM_WIN_BASIC);
     EXPECT_STREQ(elm_win_title_get(win), "plain window");
     EXPECT_TRUE(g_calls.conformant);
     EXPECT_TRUE(elm_win_autodel_get(win));
@@ -218,8 +243,15 @@ TEST_F(WindowTest, DefaultBaseLayoutStandsInAConformant) {
     ASSERT_NE(layout, nullptr);
     EXPECT_STREQ(elm_object_widget_type_get(conformant), "Elm_Conformant");
     EXPECT_EQ(elm_object_part_content_get(conformant, nullptr), layout);
+    EXPECT_EQ(g_calls.layout_theme, (std::vector<std::string>{"layout", "application", "default"}));
+    ASSERT_EQ(g_calls.resized.size(), 2U);
+    Evas_Object *background = g_calls.resized[0];
+    EXPECT_STREQ(elm_object_widget_type_get(background), "Elm_Bg");
+    EXPECT_EQ(g_calls.resized[1], conformant);
+    // The others are as visible as the window, which isn't shown yet.
+    EXPECT_TRUE(evas_object_visible_get(background));
     EXPECT_TRUE(evas_object_visible_get(conformant));
-    for (Evas_Object *object : {conformant, layout}) {
+    for (Evas_Object *object : {background, conformant, layout}) {
         double x = 0.0;
         double y = 0.0;
         evas_object_size_hint_weight_get(object, &x, &y);
@@ -241,6 +273,9 @@ TEST_F(WindowTest, HandlersTakeThePlaceOfTheOperations) {
     window->setCreateBaseLayoutHandler([&](Evas_Object *win, Evas_Object **conformant) {
         seen_win = win;
         seen_conformant = *conformant;
+        // The window is stored by now, and its key comes after the base layout.
+        EXPECT_EQ(window->getEvasObject(), win);
+        EXPECT_EQ(evas_object_data_get(win, "__@WWindowInstance"), nullptr);
         frame = elm_box_add(win);
         *conformant = frame;
         return made_layout = elm_layout_add(win);
@@ -307,6 +342,53 @@ TEST_F(ShownWindowTest, BaseViewIsCreatedInTheBaseLayoutAndPlaced) {
     EXPECT_EQ(elm_object_part_content_get(base_layout(), "elm.swallow.content"),
               view->getEvasObject());
     EXPECT_TRUE(NoFaultLogged(tag));
+}
+
+/// A window that looks at what it has when a view comes and goes, and that answers for its layout.
+class Watching : public Window {
+public:
+    explicit Watching(Journal &journal) : Window(journal) {}
+
+    bool hide_base_layout = false;
+    WViewController *had_at_attach = nullptr;
+    WViewController *had_at_detach = nullptr;
+
+    Evas_Object *getBaseLayoutEvasObject() override {
+        return hide_base_layout ? nullptr : Window::getBaseLayoutEvasObject();
+    }
+
+protected:
+    void onAttachBaseViewController(WViewController *view) override {
+        had_at_attach = getBaseViewController();
+        Window::onAttachBaseViewController(view);
+    }
+    void onDetachBaseViewController(WViewController *) override {
+        had_at_detach = getBaseViewController();
+    }
+};
+
+TEST_F(WindowTest, BaseViewIsStoredAfterItIsPlacedAndForgottenAfterThatIsTold) {
+    auto *window = new Watching(m_journal);
+    ASSERT_TRUE(window->createAndShow());
+    auto *view = new View(m_journal);
+    window->had_at_attach = view;
+    EXPECT_TRUE(window->attachBaseViewController(view));
+    EXPECT_EQ(window->had_at_attach, nullptr);
+    EXPECT_EQ(window->detachBaseViewController(), view);
+    EXPECT_EQ(window->had_at_detach, view);
+    window->destroy();
+}
+
+TEST_F(WindowTest, DefaultPlacingAsksTheVirtualOperationForTheLayout) {
+    auto *window = new Watching(m_journal);
+    ASSERT_TRUE(window->createAndShow());
+    window->hide_base_layout = true;
+    auto *view = new View(m_journal);
+    EXPECT_TRUE(window->attachBaseViewController(view));
+    // Created all the same, below the layout that the window has.
+    EXPECT_NE(view->getEvasObject(), nullptr);
+    EXPECT_TRUE(OnlyFaultsLogged({logs::warn("base layout does not exist!")}, tag));
+    window->destroy();
 }
 
 TEST_F(ShownWindowTest, BaseViewWithoutAParameterGetsNull) {
