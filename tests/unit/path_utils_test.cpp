@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -29,6 +30,25 @@ using testing::StrEq;
 
 constexpr char CLOUD[] =
     "/opt/usr/apps/com.orvane.nimbus-relay/shared/data/.cloud/dropbox/cache/root";
+
+/// In which domain the program looked a text of its own up.
+const char *looked_up_in = nullptr;
+
+}  // namespace
+
+// Without a catalogue a text's id stands for it.
+extern "C" char *dcgettext(const char *domain, const char *id, int) noexcept {
+    // The libraries have their texts too.
+    if (std::strncmp(id, "IDS_", 4) == 0) {
+        looked_up_in = domain;
+    }
+    return const_cast<char *>(id);
+}
+extern "C" char *dgettext(const char *domain, const char *id) noexcept {
+    return dcgettext(domain, id, LC_MESSAGES);
+}
+
+namespace {
 
 /// A text of the program's, freed; none for null.
 std::optional<std::string> taken(char *text) {
@@ -239,10 +259,10 @@ struct Shown {
 
 class ShownPath : public testing::TestWithParam<Shown> {};
 
-// Without a catalogue a text's id stands for it.
 TEST_P(ShownPath, HasTheStoragesNameInFront) {
     EXPECT_EQ(taken(TslUtils::convertFilePathToAbstractPath(GetParam().path.c_str())),
               GetParam().expected);
+    EXPECT_STREQ(looked_up_in, "tessel");
     EXPECT_TRUE(LoggedInfo(std::string("Converted File Path: [") + GetParam().expected + "]"));
     EXPECT_TRUE(NoFaultLogged());
 }
@@ -316,10 +336,25 @@ TEST(PathUtils, LogTheirEntry) {
     TslUtils::isStreamingPath("x");
     TslUtils::isFileExisted("x");
     TslUtils::is3gpFile("x.y");
+    TslUtils::isPrivateStorage();
+    TslUtils::isPrivateContent("x");
+    TslUtils::getMediaRootDirectory();
+    TslUtils::getMediaMusicDirectory();
+    TslUtils::getMediaVideosDirectory();
+    TslUtils::getMediaSoundsDirectory();
+    taken(TslUtils::getTitleFromPath("x"));
+    taken(TslUtils::getTitleAndExtFromPath("x"));
+    taken(TslUtils::getSubtitlePathFromPath("x"));
     taken(TslUtils::getFolderPathFromFile("/x"));
+    taken(TslUtils::convertFilePathToAbstractPath("x"));
+    TslUtils::findString("x", "x");
     for (const char *function :
-         {"isStreamingPath", "isFileExisted", "is3gpFile", "getFolderPathFromFile"}) {
-        EXPECT_TRUE(LoggedIn(function, DLOG_INFO, ""));
+         {"isStreamingPath", "isFileExisted", "is3gpFile", "isPrivateStorage", "isPrivateContent",
+          "_getStorageType", "getMediaRootDirectory", "getMediaMusicDirectory",
+          "getMediaVideosDirectory", "getMediaSoundsDirectory", "getTitleFromPath",
+          "getTitleAndExtFromPath", "getSubtitlePathFromPath", "getFolderPathFromFile",
+          "convertFilePathToAbstractPath", "findString"}) {
+        EXPECT_TRUE(LoggedIn(function, DLOG_INFO, "")) << function;
     }
 }
 

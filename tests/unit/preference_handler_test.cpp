@@ -20,6 +20,8 @@ using testing::Return;
 using testing::StrEq;
 
 constexpr int NO_SUCH_TYPE = 9;
+static_assert(PREFERENCE_TYPE_INT == 1 && PREFERENCE_TYPE_DOUBLE == 2 &&
+              PREFERENCE_TYPE_STRING == 3 && PREFERENCE_TYPE_BOOLEAN == 4);
 
 FakePreference &store() {
     return mock::fake_preference();

@@ -107,7 +107,8 @@ TEST(ResourceCtrl, LogsItsStartAndItsEnd) {
 TEST(ExpandedUtils, AsksForChangeableColoursAndTheLightStyle) {
     const InSequence order;
     EXPECT_CALL(mock::uxt(), uxt_theme_set_changeable_ui_enabled(1)).WillOnce(Return(0));
-    EXPECT_CALL(mock::uxt(), uxt_theme_set_style(UXT_THEME_STYLE_LIGHT)).WillOnce(Return(0));
+    EXPECT_CALL(mock::uxt(), uxt_theme_set_style(static_cast<uxt_theme_style_e>(2)))
+        .WillOnce(Return(0));
     TslExpandedUtils::setUxtTheme();
     EXPECT_TRUE(NoFaultLogged());
 }
@@ -219,13 +220,13 @@ TEST(ExpandedUtils, InstallsNoTableWithoutSharedFolder) {
 }
 
 TEST(SystemUtils, LocksTheDisplayWithoutTimeLimit) {
-    EXPECT_CALL(mock::power(), device_power_request_lock(POWER_LOCK_DISPLAY, 0));
+    EXPECT_CALL(mock::power(), device_power_request_lock(static_cast<power_lock_e>(1), 0));
     TslSystemUtils::lockDisplay();
     EXPECT_TRUE(LoggedIn("lockDisplay", DLOG_INFO, ""));
 }
 
 TEST(SystemUtils, UnlocksTheDisplay) {
-    EXPECT_CALL(mock::power(), device_power_release_lock(POWER_LOCK_DISPLAY));
+    EXPECT_CALL(mock::power(), device_power_release_lock(static_cast<power_lock_e>(1)));
     TslSystemUtils::unlockDisplay();
     EXPECT_TRUE(LoggedIn("unlockDisplay", DLOG_INFO, ""));
 }

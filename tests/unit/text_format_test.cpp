@@ -4,6 +4,7 @@
 #include <libintl.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -20,7 +21,23 @@ namespace {
 /// Where the time zone's link points to; the machine has none.
 std::string zone_link;
 
+/// In which domain the program looked a text of its own up, and what it is given for its id.
+const char *looked_up_in = nullptr;
+const char *translation = nullptr;
+
 }  // namespace
+
+extern "C" char *dcgettext(const char *domain, const char *id, int) noexcept {
+    // The libraries have their texts too.
+    if (std::strncmp(id, "IDS_", 4) != 0) {
+        return const_cast<char *>(id);
+    }
+    looked_up_in = domain;
+    return const_cast<char *>(translation != nullptr ? translation : id);
+}
+extern "C" char *dgettext(const char *domain, const char *id) noexcept {
+    return dcgettext(domain, id, LC_MESSAGES);
+}
 
 // The system call of the program, answered by the test for the link alone.
 extern "C" ssize_t readlink(const char *path, char *buffer, size_t size) {
@@ -147,13 +164,14 @@ TEST_F(Date, TakesTheStepsInOrder) {
     auto &i18n = mock::i18n();
     EXPECT_CALL(i18n, i18n_ustring_copy_ua_n(_, StrEq("eyMMMdHms"), _));
     EXPECT_CALL(mock::system_settings(),
-                system_settings_get_value_string(SYSTEM_SETTINGS_KEY_LOCALE_TIMEZONE, _));
+                system_settings_get_value_string(static_cast<system_settings_key_e>(15), _));
     EXPECT_CALL(i18n, i18n_ustring_copy_au_n(_, _, 64));
     EXPECT_CALL(i18n, i18n_ucalendar_set_default_timezone(_));
     EXPECT_CALL(i18n, i18n_udatepg_create(StrEq("fr_FR"), _));
     EXPECT_CALL(i18n, i18n_ustring_get_length(_));
     EXPECT_CALL(i18n, i18n_udatepg_get_best_pattern(_, _, 9, _, 128, _));
-    EXPECT_CALL(i18n, i18n_udate_create(I18N_UDATE_PATTERN, I18N_UDATE_PATTERN, StrEq("fr_FR"),
+    EXPECT_CALL(i18n, i18n_udate_create(static_cast<i18n_udate_format_style_e>(-2),
+                                        static_cast<i18n_udate_format_style_e>(-2), StrEq("fr_FR"),
                                         IsNull(), -1, NotNull(), -1, _));
     EXPECT_CALL(i18n, i18n_udate_format_date(_, 86400000.0, _, 128, IsNull(), _));
     EXPECT_CALL(i18n, i18n_ustring_copy_au_n(_, _, 128));
@@ -268,8 +286,8 @@ protected:
 using Number = NumberTest;
 
 TEST_F(Number, IsWrittenForTheWholeRegion) {
-    EXPECT_CALL(mock::i18n(), i18n_unumber_create(I18N_UNUMBER_DECIMAL, IsNull(), -1,
-                                                  StrEq("ar_EG.UTF-8"), IsNull(), _));
+    EXPECT_CALL(mock::i18n(), i18n_unumber_create(static_cast<i18n_unumber_format_style_e>(1),
+                                                  IsNull(), -1, StrEq("ar_EG.UTF-8"), IsNull(), _));
     EXPECT_CALL(mock::i18n(), i18n_unumber_format(_, 15, _, 20, IsNull(), NotNull()));
     EXPECT_EQ(taken(TslUtils::getTextFori18n(15)), "15");
     EXPECT_EQ(mock::fake_i18n().handles(), 0);
@@ -330,6 +348,17 @@ std::string file_size(unsigned long long bytes) {
 TEST(FileSize, IsNoughtBelowAKilobyte) {
     EXPECT_EQ(file_size(0), "0.0 IDS_VIDEO_BODY_B");
     EXPECT_EQ(file_size(1023), "0.0 IDS_VIDEO_BODY_B");
+}
+
+TEST(FileSize, HasItsUnitFromTheProgramsTexts) {
+    translation = "octets";
+    EXPECT_EQ(file_size(2048), "2.0 octets");
+    EXPECT_STREQ(looked_up_in, "tessel");
+    // However long a translation is, there is room for 63 characters.
+    const std::string endless(100, 'o');
+    translation = endless.c_str();
+    EXPECT_EQ(file_size(2048), "2.0 " + std::string(59, 'o'));
+    translation = nullptr;
 }
 
 TEST(FileSize, IsInTheLargestUnitThatItFills) {

@@ -40,13 +40,15 @@ Function *toolkits_own(const char *name) {
 
 // The toolkit's calls of the program, answered by the test.
 extern "C" {
-void elm_win_screen_size_get(const Elm_Win *, int *x, int *y, int *w, int *h) {
+void elm_win_screen_size_get(const Elm_Win *window, int *x, int *y, int *w, int *h) {
+    EXPECT_EQ(window, TslUtils::getGlobalWindow());
     EXPECT_EQ(x, nullptr);
     EXPECT_EQ(y, nullptr);
     *w = screen.width;
     *h = screen.height;
 }
-int elm_win_rotation_get(const Evas_Object *) {
+int elm_win_rotation_get(const Evas_Object *window) {
+    EXPECT_EQ(window, TslUtils::getGlobalWindow());
     return screen.rotation;
 }
 void elm_language_set(const char *language) {
@@ -227,6 +229,9 @@ TEST_F(Genlist, IsHomogeneousCompressedFillingAndShown) {
     EXPECT_EQ(elm_genlist_mode_get(list), ELM_LIST_COMPRESS);
     double x = 0.0;
     double y = 0.0;
+    evas_object_size_hint_weight_get(list, &x, &y);
+    EXPECT_EQ(x, 1.0);
+    EXPECT_EQ(y, 1.0);
     evas_object_size_hint_align_get(list, &x, &y);
     EXPECT_EQ(x, -1.0);
     EXPECT_EQ(y, -1.0);
