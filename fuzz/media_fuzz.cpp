@@ -14,11 +14,13 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "driver.h"
 #include "host_seams.h"
 #include "player/player_host.h"
+#include "scarcity.h"
 #include "server.h"
 
 namespace {
@@ -31,13 +33,17 @@ constexpr double kPlay = 0.1;
 /// A server that falls silent is no finding; it only takes time.
 constexpr host::NetworkLimits kPatience{std::chrono::milliseconds(1500),
                                         std::chrono::milliseconds(1500)};
+/// The corpus' pictures take 9 KiB, and what is read of its files at once mostly less than this.
+constexpr std::size_t kLessThanAPicture = 8 * 1024;
 /// What a library's pool of threads may keep for a while.
 constexpr std::size_t kSlack = 8;
 
 enum Road : char {
     kFile = 'F',      ///< a medium in a file
     kMemory = 'M',    ///< a medium in memory
+    kPoor = 'P',      ///< a medium in a file, where there is no memory for a picture
     kKept = 'K',      ///< a medium of a server, kept in a file
+    kCrowded = 'D',   ///< a medium of a server, kept in a file that there is no room for
     kResponse = 'R',  ///< all that a server says
     kOnServer = 'W',  ///< the path on a server
     kName = 'N',      ///< a path or an address
@@ -123,6 +129,7 @@ bool hand_over(player_h player, const std::string &input, Events &events) {
         return note(player_set_memory_buffer(player, body.data(), static_cast<int>(body.size())),
                     events);
     case kKept:
+    case kCrowded:
         world.server->give(fuzz::Server::response(body));
         note(player_set_progressive_download_path(player, (world.folder / "kept").c_str()), events);
         return set_uri(world.server->address() + "given");
@@ -234,8 +241,10 @@ std::string outcome_of(const Events &events) {
 std::size_t begin_of_medium(const std::string &input) {
     switch (input.front()) {
     case kFile:
+    case kPoor:
     case kMemory:
     case kKept:
+    case kCrowded:
         return 1;
     case kResponse: {
         constexpr char kEndOfHead[] = "\r\n\r\n";
@@ -299,6 +308,13 @@ std::string take(const std::string &input) {
     player_h player = nullptr;
     if (player_create(&player) != PLAYER_ERROR_NONE) {
         std::abort();
+    }
+    std::optional<LittleMemory> memory;
+    std::optional<LittleRoom> room;
+    if (input.front() == kPoor) {
+        memory.emplace(kLessThanAPicture);
+    } else if (input.front() == kCrowded) {
+        room.emplace(input.size() / 2);
     }
     Events events;
     listen(player, events);
