@@ -50,7 +50,7 @@ void Download::take(GstElement *element) {
     std::string name = path_ + kUniqueEnd;
     UniqueFd file(mkstemp(name.data()));
     if (!file) {
-        tell_(errno == ENOSPC ? Event::no_space : Event::not_writable);
+        fail(errno);
         return;
     }
     {
@@ -96,14 +96,14 @@ void Download::keep(GstPad *pad, GstBuffer *buffer) {
     }
     gst_buffer_unmap(buffer, &map);
     if (failed) {
-        fail(error == ENOSPC ? Event::no_space : Event::not_writable);
+        fail(error);
     }
 }
 
-void Download::fail(Event event) {
+void Download::fail(int error) {
     // What there is no room for takes none.
     discard();
-    tell_(event);
+    tell_(error == ENOSPC ? Event::no_space : Event::not_writable);
 }
 
 void Download::note(std::uint64_t from, std::uint64_t to) {
@@ -127,18 +127,23 @@ std::uint64_t Download::there() const {
 }
 
 void Download::finish() {
-    bool complete = false;
+    int error = 0;
     {
         const std::lock_guard lock(mutex_);
-        complete = file_ && total_ > 0 && there() == total_ &&
-                   std::rename(unfinished_.c_str(), path_.c_str()) == 0;
-        if (complete) {
+        if (!file_ || total_ == 0 || there() != total_) {
+            return;
+        }
+        if (std::rename(unfinished_.c_str(), path_.c_str()) == 0) {
             unfinished_.clear();
             file_.reset();
+        } else {
+            error = errno;
         }
     }
-    if (complete) {
+    if (error == 0) {
         tell_(Event::complete);
+    } else {
+        fail(error);
     }
 }
 

@@ -41,7 +41,7 @@ private:
     static GstPadProbeReturn probe(GstPad *pad, GstPadProbeInfo *info, gpointer download);
     void keep(GstPad *pad, GstBuffer *buffer);
     void finish();
-    void fail(Event event);
+    void fail(int error);
     void note(std::uint64_t from, std::uint64_t to);
     [[nodiscard]] std::uint64_t there() const;
 

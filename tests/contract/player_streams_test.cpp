@@ -367,6 +367,21 @@ TEST_F(PlayerDownload, AFolderThatIsNotThereIsAFault) {
     EXPECT_EQ(player_prepare(player_), PLAYER_ERROR_INVALID_OPERATION);
 }
 
+TEST_F(PlayerDownload, ANameThatAFolderHasIsAFault) {
+    const support::MediaServer server(contents(clip("indexed_first.mp4")));
+    const fs::path kept = folder_ / "kept.mp4";
+    fs::create_directory(kept);
+    ASSERT_EQ(player_set_progressive_download_path(player_, kept.c_str()), PLAYER_ERROR_NONE);
+    ASSERT_EQ(player_set_uri(player_, server.address().c_str()), PLAYER_ERROR_NONE);
+    ASSERT_EQ(player_prepare_async(
+                  player_, [](void *) {}, nullptr),
+              PLAYER_ERROR_NONE);
+    ASSERT_TRUE(until([this] { return error_ != 0; }));
+    EXPECT_EQ(error_, PLAYER_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(messages(), std::vector<int>{PLAYER_PD_STARTED});
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+}
+
 /// A disk that has no room for the medium, in the process that has it.
 constexpr const char *kFullDisk = "TESSEL_FULL_DISK";
 
