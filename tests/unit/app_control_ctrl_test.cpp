@@ -405,6 +405,19 @@ TEST_F(AppControlCtrl, CreatingReplacesTheRequest) {
     EXPECT_EQ(ctrl.getUri(), nullptr);
 }
 
+TEST_F(AppControlCtrl, CreatingGoesOnThoughTheOldRequestStays) {
+    TslAppControlCtrl ctrl(request());
+    app_control_h kept = ctrl.getHandle();
+    EXPECT_CALL(mock::app_control(), app_control_destroy).WillOnce(Return(some_error));
+    EXPECT_TRUE(ctrl.createAppControl());
+    testing::Mock::VerifyAndClearExpectations(&mock::app_control());
+    EXPECT_TRUE(
+        OnlyFaultsLogged({logs::warn("It is failed to destroy. [" + hex(some_error) + "]")}));
+    EXPECT_NE(ctrl.getHandle(), kept);
+    EXPECT_NE(ctrl.getHandle(), nullptr);
+    app_control_destroy(kept);
+}
+
 TEST_F(AppControlCtrl, AFailedCreateIsReportedInTheWordsOfTheAppId) {
     TslAppControlCtrl ctrl;
     EXPECT_CALL(mock::app_control(), app_control_create).WillOnce(Return(some_error));

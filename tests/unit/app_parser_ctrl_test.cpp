@@ -170,6 +170,14 @@ TEST_F(AppParserCtrl, AMissingOperationIsLoggedAndTheMediaStays) {
     EXPECT_EQ(media_of(parser), "/media/clip.mp4");
 }
 
+TEST_F(AppParserCtrl, TheMediaIsParsedBeforeTheOperation) {
+    EXPECT_CALL(mock::app_control(), app_control_get_operation)
+        .WillOnce(testing::Return(APP_CONTROL_ERROR_OUT_OF_MEMORY));
+    TslAppParserCtrl parser(request());
+    EXPECT_TRUE(LoggedInOrder({logs::error("* Critical * It is failed to get extra data (path)."),
+                               logs::error("* Critical * It is failed to get operation.")}));
+}
+
 TEST_F(AppParserCtrl, TheStepsTestTheirRequest) {
     TslAppParserInside inside;
     EXPECT_FALSE(inside._parseAppControl(nullptr));

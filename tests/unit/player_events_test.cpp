@@ -94,6 +94,7 @@ TEST_F(PlayerEvents, PreparedStartsTheProgressOfTheScreen) {
 
     TslVideoPlayerMgrInside::_preparedCb(&inside(), nullptr, 0);
 
+    EXPECT_TRUE(entered_before("createProgressTimer", "_getSignalMessage"));
     EXPECT_TRUE(support::run_main_loop_until(
         [this] { return was_emitted(SIGNAL_PLAYER_VIEW_PROGRESS_TICK); }));
     EXPECT_EQ(emitted().front(), SIGNAL_PLAYER_PLAY);
@@ -113,6 +114,7 @@ TEST_F(PlayerEvents, CompletionEndsTheProgressOfTheScreen) {
 
     player().deliver_completed();
     ASSERT_TRUE(support::run_main_loop_until([this] { return was_emitted(SIGNAL_APP_TERMINATE); }));
+    EXPECT_TRUE(entered_before("destroyProgressTimer", "_exit"));
 
     forget();
     support::run_main_loop_for(0.7);

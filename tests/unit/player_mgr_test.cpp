@@ -2,6 +2,8 @@
 
 #include <Ecore.h>
 #include <dlog.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -296,6 +298,47 @@ TEST_F(PlayerMgr, DestructorStopsThenEmptiesThePipesThenDestroysThePlayer) {
     EXPECT_CALL(mock::player(), player_destroy);
     m_mgr.reset();
     EXPECT_EQ(s_pPlayerMgrInside.load(), nullptr);
+}
+
+TEST_F(PlayerMgr, DestructorDeletesThePipeOfEverySlot) {
+    create();
+    TslPlayerMgrInside::PipeSlot TslPlayerMgrInside::*const slots[] = {
+        &TslPlayerMgrInside::m_pErrorPipe,
+        &TslPlayerMgrInside::m_pBufferingPipe,
+        &TslPlayerMgrInside::m_pCompletedPipe,
+        &TslPlayerMgrInside::m_pPdMessagePipe,
+        &TslPlayerMgrInside::m_pInterruptedPipe,
+        &TslPlayerMgrInside::m_pReservedPipe1,
+        &TslPlayerMgrInside::m_pSubtitleUpdatedPipe,
+        &TslPlayerMgrInside::m_pMissedPluginInfoPipe,
+        &TslPlayerMgrInside::m_pPreparedPipe,
+        &TslPlayerMgrInside::m_pReservedPipe2,
+        &TslPlayerMgrInside::m_pSeekCompletedPipe,
+        &TslPlayerMgrInside::m_pReservedPipe3,
+        &TslPlayerMgrInside::m_pReservedPipe4,
+        &TslPlayerMgrInside::m_pSeekCompletedAsLatestPlayedPositionPipe,
+    };
+    // Pipes over descriptors that the test knows: a deleted pipe has closed its own.
+    std::vector<int> write_ends;
+    for (const auto slot : slots) {
+        TslPlayerMgrInside::_deletePipe(shared().*slot);
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        write_ends.push_back(ends[1]);
+        (shared().*slot) =
+            ecore_pipe_full_add(read_nothing, this, ends[0], ends[1], EINA_FALSE, EINA_FALSE);
+    }
+    EXPECT_CALL(mock::player(), player_unset_error_cb).WillOnce([&](player_h) {
+        for (const auto slot : slots) {
+            EXPECT_EQ((shared().*slot).load(), nullptr);
+        }
+        for (const int end : write_ends) {
+            EXPECT_EQ(fcntl(end, F_GETFD), -1);
+        }
+        return 0;
+    });
+    m_mgr.reset();
+    EXPECT_TRUE(LoggedIn("~TslPlayerMgrInside", DLOG_INFO, ""));
 }
 
 TEST_F(PlayerMgr, DestructorWithoutPlayerStillClearsTheState) {
@@ -912,6 +955,15 @@ TEST_F(PlayerMgr, DisplayModeSixAndAboveIsInvalid) {
         EXPECT_FALSE(m_mgr->setDisplayMode(static_cast<PlayerDisplayMode>(mode)));
         EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * Invalid DisplayMode!")}));
     }
+}
+
+TEST_F(PlayerMgr, TheStateIsJudgedBeforeTheModeOrTypeOfTheDisplay) {
+    create();
+    pretend_state(0);
+    const auto invalid = logs::warn("The state of the player is invalid. nPlayStateType: 0");
+    EXPECT_FALSE(m_mgr->setDisplayMode(static_cast<PlayerDisplayMode>(6)));
+    EXPECT_FALSE(m_mgr->setDisplayID(std::malloc(1), static_cast<PlayerDisplayType>(2)));
+    EXPECT_TRUE(OnlyFaultsLogged({invalid, invalid}));
 }
 
 TEST_F(PlayerMgr, FailedDisplayModeIsTrue) {

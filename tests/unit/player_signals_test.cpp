@@ -158,6 +158,40 @@ TEST_F(PlayerSignals, StopGivesEverythingBackAndDestroysThePlayer) {
     EXPECT_NE(inside().m_pPlayerMgr, nullptr);
 }
 
+TEST_F(PlayerSignals, StopGivesTheFocusBackThenStopsThenTheDisplayThenThePlayer) {
+    start_playing();
+    testing::InSequence order;
+    EXPECT_CALL(mock::sound(), sound_manager_release_focus);
+    EXPECT_CALL(mock::player(), player_stop);
+    EXPECT_CALL(mock::power(), device_power_release_lock).WillOnce([this](power_lock_e type) {
+        EXPECT_EQ(play_button(), "video/pause");
+        return mock::fake_power().device_power_release_lock(type);
+    });
+    EXPECT_CALL(mock::player(), player_destroy).WillOnce([this](player_h handle) {
+        EXPECT_EQ(play_button(), "video/play");
+        return mock::fake_player().player_destroy(handle);
+    });
+    emit(SIGNAL_PLAYER_STOP);
+    // The teardown gives focus and display back again.
+    testing::Mock::VerifyAndClearExpectations(&mock::sound());
+    testing::Mock::VerifyAndClearExpectations(&mock::player());
+    testing::Mock::VerifyAndClearExpectations(&mock::power());
+}
+
+TEST_F(PlayerSignals, APlayerThatWentWhileItWasStoppedIsOnlyWarnedOf) {
+    start_playing();
+    EXPECT_CALL(mock::power(), device_power_release_lock)
+        .WillOnce([this](power_lock_e type) {
+            inside().m_pPlayerMgr->destroyPlayer();
+            return mock::fake_power().device_power_release_lock(type);
+        })
+        .WillRepeatedly(Return(0));
+    emit(SIGNAL_PLAYER_STOP);
+    EXPECT_TRUE(
+        LoggedIn("_eventHandlingToStop", DLOG_WARN, "It is failed to destroy player handle."));
+    EXPECT_EQ(play_button(), "video/play");
+}
+
 TEST_F(PlayerSignals, StopGoesOnWhenTheFocusStays) {
     start_playing();
     EXPECT_CALL(mock::sound(), sound_manager_release_focus)
@@ -395,6 +429,7 @@ TEST_F(PlayerSignals, AVolumeChangeReachesTheVolumeScreen) {
     EXPECT_EQ(volume_view()->getVolume(), 9);
     EXPECT_TRUE(LoggedIn("setVolume", DLOG_INFO, ""));
     EXPECT_TRUE(LoggedIn("readCurrentVolumeLevel", DLOG_INFO, ""));
+    EXPECT_TRUE(entered_before("setVolume", "readCurrentVolumeLevel"));
     EXPECT_TRUE(OnlyFaultsLogged({logs::warn("Nothing choose, set color of progressbar.")}));
 }
 
@@ -610,6 +645,21 @@ TEST_F(PlayerSignals, SignalsWithoutACaseReachTheDefault) {
         emit(static_cast<TslSignalType>(type));
         EXPECT_EQ(logs::all().size(), 1u);
         EXPECT_TRUE(LoggedIn("_getSignalMessage", DLOG_INFO, "Default"));
+    }
+}
+
+TEST_F(PlayerSignals, SignalsThatOnlyCallAnOperationLogNothingOfTheirOwn) {
+    for (const TslSignalType type :
+         {SIGNAL_PLAYER_VIEW_PLAY_OR_PAUSE, SIGNAL_PLAYER_VIEW_CHANGE_DISPLAY_MODE,
+          SIGNAL_PLAYER_VIEW_ROTARY_EVENT, SIGNAL_POPUP_MISSED_VIDEO_PLUGIN,
+          SIGNAL_POPUP_MISSED_AUDIO_PLUGIN, SIGNAL_POPUP_ERROR_TOAST, SIGNAL_POPUP_ERROR_ONE_BUTTON,
+          SIGNAL_PLAYER_VIEW_PROGRESS_TICK}) {
+        SCOPED_TRACE(type);
+        forget();
+        emit(type);
+        // The operation's own refusal, as there is neither player nor text.
+        EXPECT_EQ(logs::all().size(), 1u);
+        EXPECT_EQ(logs::all()[0].level, DLOG_ERROR);
     }
 }
 

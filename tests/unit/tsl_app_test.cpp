@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "TslNaviframeController.h"
 #include "TslUtils.h"
@@ -19,6 +20,7 @@
 #include "mock_platform/mock_app_control.h"
 #include "mock_platform/mock_player.h"
 #include "mock_platform/mock_power.h"
+#include "mock_platform/mock_sound.h"
 #include "mock_platform/mock_ui_app.h"
 #include "private_member.h"
 
@@ -31,6 +33,7 @@ namespace {
 
 bool refuse_windows = false;
 int extensions_without_file = 0;
+std::vector<std::string> steps;  // of the toolkit and the platform, as they come
 
 }  // namespace
 
@@ -38,6 +41,7 @@ int extensions_without_file = 0;
 extern "C" Evas_Object *elm_win_add(Evas_Object *parent, const char *name, Elm_Win_Type type) {
     using Add = Evas_Object *(*)(Evas_Object *, const char *, Elm_Win_Type);
     static const auto add = reinterpret_cast<Add>(dlsym(RTLD_NEXT, "elm_win_add"));
+    steps.emplace_back("window");
     return refuse_windows ? nullptr : add(parent, name, type);
 }
 
@@ -46,6 +50,7 @@ extern "C" void elm_theme_extension_add(Elm_Theme *theme, const char *item) {
     using Add = void (*)(Elm_Theme *, const char *);
     static const auto add = reinterpret_cast<Add>(dlsym(RTLD_NEXT, "elm_theme_extension_add"));
     extensions_without_file += item == nullptr ? 1 : 0;
+    steps.emplace_back("theme");
     add(theme, item);
 }
 
@@ -153,6 +158,21 @@ TEST_F(App, CreateBuildsWindowScreensAndManager) {
     life.callback.terminate(life.data);
 }
 
+TEST_F(App, CreateGoesThemeWindowManagerInThisOrder) {
+    const LifeCycle life = start_without_loop();
+    steps.clear();
+    EXPECT_CALL(mock::sound(), sound_manager_create_stream_information)
+        .WillOnce(testing::InvokeWithoutArgs([] {
+            // The manager finds the window where the player will look for it.
+            EXPECT_NE(TslUtils::getGlobalWindow(), nullptr);
+            steps.emplace_back("manager");
+            return int(SOUND_MANAGER_ERROR_INTERNAL);
+        }));
+    life.callback.create(life.data);
+    EXPECT_EQ(steps, (std::vector<std::string>{"theme", "window", "manager"}));
+    life.callback.terminate(life.data);
+}
+
 TEST_F(App, CreateExtendsTheTheme) {
     const LifeCycle life = start_without_loop();
     elm_theme_extension_del(nullptr, TESSEL_STAGE_DATADIR "/res/edje/tessel.edj");
@@ -206,6 +226,7 @@ TEST_F(App, TerminateDeletesTheManagerAfterItHasGivenBackTheDisplay) {
     EXPECT_TRUE(LoggedIn("onTerminate", DLOG_INFO, ""));
     EXPECT_TRUE(LoggedIn("destroy", DLOG_INFO, ""));
     EXPECT_TRUE(LoggedIn("~TslVideoPlayerMgrInside", DLOG_INFO, ""));
+    EXPECT_TRUE(LoggedIn("~TslNaviframeController", DLOG_INFO, ""));
     EXPECT_EQ(mock::fake_power().releases(), 1);
     EXPECT_EQ(platform().handlers(), 0);
 }

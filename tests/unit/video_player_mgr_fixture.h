@@ -192,6 +192,19 @@ protected:
         return text != nullptr ? text : "";
     }
 
+    /// Whether the first line of one function stands in the log before the first of another.
+    static testing::AssertionResult entered_before(const std::string &first,
+                                                   const std::string &second) {
+        for (const logs::Line &line : logs::all()) {
+            if (line.function == first) {
+                return testing::AssertionSuccess();
+            }
+            if (line.function == second) {
+                break;
+            }
+        }
+        return testing::AssertionFailure() << first << " didn't come before " << second;
+    }
     static bool exited() { return bool(LoggedIn("_exit", DLOG_INFO, "")); }
 
 private:

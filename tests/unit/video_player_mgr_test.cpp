@@ -1,5 +1,6 @@
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "TslAppParserCtrl.h"
@@ -532,6 +533,26 @@ TEST_F(VideoPlayerMgr, PushingTheScreenTestsItsParts) {
     EXPECT_TRUE(OnlyFaultsLogged({logs::error(no_sound_manager)}));
 }
 
+TEST_F(VideoPlayerMgr, AScreenWithoutObjectIsLogged) {
+    struct TakesAnything : TslNaviframeController {
+        bool onPush(app_assist::WContentViewController *view, void *) override {
+            pushed = view;
+            return true;
+        }
+        app_assist::WContentViewController *pushed = nullptr;
+    } naviframe;
+    manager().create();
+    inside()._createPlayerMgr();
+    forget();
+    TslNaviframeController *own = std::exchange(inside().m_pNaviframeCtrl, &naviframe);
+    EXPECT_FALSE(inside()._pushPlayerView());
+    inside().m_pNaviframeCtrl = own;
+    EXPECT_TRUE(OnlyFaultsLogged({logs::error("* Critical * There is no player view.")}));
+    ASSERT_NE(naviframe.pushed, nullptr);
+    EXPECT_STREQ(naviframe.pushed->getName(), "tsl_player_view");
+    naviframe.pushed->destroy();
+}
+
 TEST_F(VideoPlayerMgr, TheScreenOpensWithTheButtonsOfItsState) {
     sound().set_devices({hdmi});
     sound().change_volume(SOUND_TYPE_MEDIA, 5);
@@ -593,12 +614,26 @@ TEST_F(VideoPlayerMgr, ALaterLaunchPlaysTheNewItemUnderTheSameScreen) {
     EXPECT_EQ(play_button(), "video/pause");
 }
 
+TEST_F(VideoPlayerMgr, ALaterLaunchIsParsedBeforeTheOldOneGoesAndTheOldOneGoesBeforeTheStop) {
+    start_playing();
+    EXPECT_CALL(mock::player(), player_stop).WillOnce([this](player_h handle) {
+        EXPECT_FALSE(has_parser());
+        // The request itself and the new parser's copy.
+        EXPECT_EQ(mock::fake_app_control().live(), 2);
+        return mock::fake_player().player_stop(handle);
+    });
+    launch("/media/other.mp4", false);
+    EXPECT_TRUE(has_parser());
+    testing::Mock::VerifyAndClearExpectations(&mock::player());
+}
+
 TEST_F(VideoPlayerMgr, ALaterLaunchClosesTheVolumeScreenFirst) {
     start_playing();
     show_volume_view_and_wait();
     forget();
     launch("/media/other.mp4", false);
     EXPECT_TRUE(LoggedIn("pop", DLOG_INFO, ""));
+    EXPECT_TRUE(entered_before("pop", "_getSignalMessage"));
     EXPECT_TRUE(
         LoggedInOrder({logs::info("=== App Control ==="), logs::info("SIGNAL_PLAYER_STOP")}));
     ASSERT_TRUE(plays());
