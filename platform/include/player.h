@@ -231,6 +231,8 @@ int player_enable_sync_handler(player_h player, bool enable);
 /** Called at the end of the medium; the player is PAUSED there. */
 int player_set_completed_cb(player_h player, player_completed_cb callback, void *user_data);
 int player_unset_completed_cb(player_h player);
+/** Called when something else needs what the player plays with. The player goes on: to pause it is
+ *  for whoever is told. */
 int player_set_interrupted_cb(player_h player, player_interrupted_cb callback, void *user_data);
 int player_unset_interrupted_cb(player_h player);
 int player_set_error_cb(player_h player, player_error_cb callback, void *user_data);

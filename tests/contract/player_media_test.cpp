@@ -581,10 +581,13 @@ TEST_F(PlayerMedia, CapturesTheCurrentPicture) {
     EXPECT_EQ(number, 300);
 }
 
-TEST_F(PlayerMedia, InterruptionsComeThroughTheCallback) {
+TEST_F(PlayerMedia, AnInterruptionComesThroughTheCallbackAndLeavesThePausingToIt) {
     prepare("minute.mp4");
+    ASSERT_EQ(player_start(player_), PLAYER_ERROR_NONE);
     ASSERT_TRUE(host::inject_player_interruption(PLAYER_INTERRUPTED_BY_CALL));
     EXPECT_TRUE(until([this] { return events_.interrupted == PLAYER_INTERRUPTED_BY_CALL; }));
+    EXPECT_EQ(host::player_status().state, PLAYER_STATE_PLAYING);
+    EXPECT_EQ(player_pause(player_), PLAYER_ERROR_NONE);
 }
 
 TEST_F(PlayerMedia, WithoutAPlayerNothingIsInjected) {

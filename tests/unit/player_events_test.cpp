@@ -126,6 +126,17 @@ TEST_F(PlayerEvents, InterruptionPauses) {
     EXPECT_EQ(emitted(), (std::vector<TslSignalType>{SIGNAL_PLAYER_PAUSE}));
 }
 
+TEST_F(PlayerEvents, InterruptionOfThePlatformIsLikeAPressOfThePauseButton) {
+    start_playing();
+    player().deliver_interrupted(PLAYER_INTERRUPTED_BY_CALL);
+    ASSERT_TRUE(support::run_main_loop_until([this] { return was_emitted(SIGNAL_PLAYER_PAUSE); }));
+    EXPECT_EQ(player().state(), PLAYER_STATE_PAUSED);
+    EXPECT_FALSE(sound().has_focus());
+    EXPECT_FALSE(mock::fake_power().is_locked(POWER_LOCK_DISPLAY));
+    EXPECT_EQ(play_button(), "video/play");
+    EXPECT_TRUE(NoFaultLogged());
+}
+
 TEST_F(PlayerEvents, InterruptionOfThePlatformDoesNotResumeByItself) {
     start_playing();
     player().deliver_interrupted(PLAYER_INTERRUPTED_BY_RESOURCE_CONFLICT);

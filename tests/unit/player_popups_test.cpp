@@ -1,5 +1,8 @@
+#include <dlfcn.h>
+
 #include <clocale>
 #include <cstdlib>
+#include <map>
 #include <string>
 
 #include "TslExpandedUtils.h"
@@ -13,6 +16,22 @@ constexpr char unsupported_audio[] = "IDS_VPL_POP_UNSUPPORTED_AUDIO_FORMAT";
 constexpr char no_message[] = "* Critical * Error message is nullptr.";
 constexpr char no_naviframe[] = "* Critical * NaviframeCtrl is nullptr.";
 constexpr char dismissed[] = "Dismissed callback of one button popup.";
+
+std::map<const Evas_Object *, std::string> text_domains;
+
+}  // namespace
+
+/// Takes the place of the toolkit's own, to which it forwards: a domain can't be read back.
+extern "C" void elm_object_domain_translatable_part_text_set(Evas_Object *object, const char *part,
+                                                             const char *domain, const char *text) {
+    static const auto set =
+        reinterpret_cast<decltype(&elm_object_domain_translatable_part_text_set)>(
+            dlsym(RTLD_NEXT, "elm_object_domain_translatable_part_text_set"));
+    text_domains[object] = domain != nullptr ? domain : "";
+    set(object, part, domain, text);
+}
+
+namespace {
 
 class PlayerPopups : public VideoPlayerMgrTest {
 protected:
@@ -192,6 +211,7 @@ TEST_F(PlayerPopups, TheButtonShowsACheck) {
     EXPECT_STREQ(elm_object_style_get(button), "popup/circle");
     // Empty, but a text of the program's domain.
     EXPECT_STREQ(elm_object_translatable_text_get(button), "");
+    EXPECT_EQ(text_domains[button], "tessel");
     const char *text = elm_object_text_get(button);
     EXPECT_TRUE(text == nullptr || *text == '\0') << text;
     Evas_Object *icon = elm_object_part_content_get(button, "elm.swallow.content");

@@ -295,15 +295,6 @@ void FakePlayer::deliver_error(int error_code) {
 }
 
 void FakePlayer::deliver_interrupted(player_interrupted_code_e code) {
-    {
-        const std::lock_guard lock(m_mutex);
-        auto *player = newest();
-        if (player != nullptr && player->state == PLAYER_STATE_PLAYING) {
-            settle_clock(*player, position_of(*player));
-            cancel_end(*player);
-            player->state = PLAYER_STATE_PAUSED;
-        }
-    }
     deliver(&player_s::interrupted, [&](const auto &cb) { cb.function(code, cb.user_data); });
 }
 

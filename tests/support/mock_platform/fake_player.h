@@ -50,7 +50,6 @@ public:
     // Events, each delivered on the platform's thread before the call returns.
     void deliver_completed();
     void deliver_error(int error_code);
-    /// An interruption pauses the playback first.
     void deliver_interrupted(player_interrupted_code_e code);
     void deliver_missed_plugin(player_missed_plugin_type_e type, const char *detail = "codec");
     void deliver_buffering(int percent);
