@@ -112,7 +112,6 @@ WViewController *WWidgetWindowController::detachBaseViewController() {
     WViewController *view = getBaseViewController();
     onDetachBaseViewController(view);
     _pv->_baseViewController = nullptr;
-    _pv->_baseViewLife.reset();
     return view;
 }
 

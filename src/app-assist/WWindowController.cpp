@@ -130,18 +130,16 @@ WViewController *WWindowController::detachBaseViewController() {
     WViewController *view = getBaseViewController();
     onDetachBaseViewController(view);
     _pv->_baseViewController = nullptr;
-    _pv->_baseViewLife.reset();
     return view;
 }
 
 void WWindowController::destroyBaseViewController() {
     const std::weak_ptr<bool> life = _pv->_life;
-    if (!_pv->_baseViewLife.expired()) {
+    if (_pv->_baseViewController != nullptr && !_pv->_baseViewLife.expired()) {
         _pv->_baseViewController->destroy();
     }
     if (!life.expired()) {
         _pv->_baseViewController = nullptr;
-        _pv->_baseViewLife.reset();
     }
 }
 
