@@ -406,8 +406,10 @@ TEST_F(NaviframeTest, BottomPageThatRefusesAsksNobodyElse) {
     bool asked = false;
     m_naviframe->setLastItemPopHandler([&](bool *) { asked = true; });
     mock::fake_keys().press_back();
+    support::run_main_loop_for(0.05);
     EXPECT_FALSE(asked);
     EXPECT_EQ(g_lowered, nullptr);
+    EXPECT_EQ(m_naviframe->getTopContentView(), page);
 }
 
 TEST_F(NaviframeTest, LastItemHandlerTakesThePlaceOfLowering) {

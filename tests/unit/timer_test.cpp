@@ -3,13 +3,16 @@
 #include <Ecore_Evas.h>
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "framework_fixture.h"
 
 namespace {
 
 bool g_refuse_adds = false;
+std::vector<const void *> g_cancelled;
 
 template <typename Function>
 Function *real(Function *, const char *name) {
@@ -18,7 +21,7 @@ Function *real(Function *, const char *name) {
 
 }  // namespace
 
-// The program's adds come here first; the toolkit refuses one only when its memory runs out.
+// The program's calls come here first; the toolkit refuses an add only when its memory runs out.
 extern "C" {
 
 Ecore_Timer *ecore_timer_add(double in, Ecore_Task_Cb func, const void *data) {
@@ -39,6 +42,30 @@ Ecore_Idler *ecore_idler_add(Ecore_Task_Cb func, const void *data) {
 Ecore_Job *ecore_job_add(Ecore_Cb func, const void *data) {
     static auto *const next = real(&ecore_job_add, "ecore_job_add");
     return g_refuse_adds ? nullptr : next(func, data);
+}
+
+void *ecore_timer_del(Ecore_Timer *timer) {
+    static auto *const next = real(&ecore_timer_del, "ecore_timer_del");
+    g_cancelled.push_back(timer);
+    return next(timer);
+}
+
+void *ecore_animator_del(Ecore_Animator *animator) {
+    static auto *const next = real(&ecore_animator_del, "ecore_animator_del");
+    g_cancelled.push_back(animator);
+    return next(animator);
+}
+
+void *ecore_idler_del(Ecore_Idler *idler) {
+    static auto *const next = real(&ecore_idler_del, "ecore_idler_del");
+    g_cancelled.push_back(idler);
+    return next(idler);
+}
+
+void *ecore_job_del(Ecore_Job *job) {
+    static auto *const next = real(&ecore_job_del, "ecore_job_del");
+    g_cancelled.push_back(job);
+    return next(job);
 }
 
 }  // extern "C"
@@ -153,6 +180,19 @@ TEST_P(EveryKind, DestroyBeforeItsTimeCancelsIt) {
     EXPECT_EQ(WTimerWeakPtr().owner_before(timer), false);
     run_main_loop_for(short_while);
     EXPECT_EQ(calls, 0);
+}
+
+TEST_P(EveryKind, HandleThatTheLoopDropsItselfIsNotCancelled) {
+    g_cancelled.clear();
+    WTimerWeakPtr over = GetParam().add([](void *) { return false; }, nullptr);
+    const void *handle = GetParam().handle(over);
+    ASSERT_TRUE(run_main_loop_until([&] { return over.expired(); }));
+    EXPECT_EQ(std::count(g_cancelled.begin(), g_cancelled.end(), handle), 0);
+    WTimerWeakPtr pending = GetParam().add([](void *) { return false; }, nullptr);
+    handle = GetParam().handle(pending);
+    g_cancelled.clear();
+    WTimer::destroy(pending);
+    EXPECT_EQ(g_cancelled, std::vector<const void *>{handle});
 }
 
 TEST_P(EveryKind, DestroyFreesTheHandlersCaptures) {

@@ -447,6 +447,8 @@ TEST_F(ShownWindowTest, DetachedBaseViewStaysAlive) {
     EXPECT_EQ(window().detachBaseViewController(), view);
     EXPECT_EQ(m_journal, Journal{"window.detached"});
     EXPECT_EQ(window().getBaseViewController(), nullptr);
+    // It isn't the window's to destroy any more.
+    window().destroyBaseViewController();
     EXPECT_NE(view->getEvasObject(), nullptr);
 }
 
