@@ -46,6 +46,9 @@ struct Gestures {
 };
 Gestures g_gestures;
 
+/// How often the time was started after which the controls hide.
+int g_hide_timers = 0;
+
 template <typename Function>
 Function *toolkits_own(const char *name) {
     return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
@@ -73,6 +76,11 @@ void elm_gesture_layer_cb_set(Evas_Object *layer, Elm_Gesture_Type type, Elm_Ges
         toolkits_own<decltype(elm_gesture_layer_cb_set)>("elm_gesture_layer_cb_set");
     g_gestures.callbacks.push_back({type, state, function, data});
     own(layer, type, state, function, data);
+}
+Ecore_Timer *ecore_timer_add(double interval, Ecore_Task_Cb function, const void *data) {
+    static auto *const own = toolkits_own<decltype(ecore_timer_add)>("ecore_timer_add");
+    g_hide_timers += interval == 3.0 ? 1 : 0;
+    return own(interval, function, data);
 }
 }
 
@@ -632,6 +640,29 @@ TEST_F(PlayerViewVisibility, ExpiryChangesNothingUnderAScreenReader) {
     logs::clear();
     support::run_main_loop_for(hide_delay_s + 0.3);
     EXPECT_FALSE(LoggedIn("_hidePlayViewUi", DLOG_INFO, ""));
+}
+
+TEST_F(PlayerViewVisibility, WhatStartsTheThreeSecondsAnewDoesSoBeforeItReports) {
+    push_shown();
+    std::vector<std::pair<TslSignalType, int>> started;
+    unsigned int listener = TslSignalMgr::getInstance()->getSignal().addListener(
+        [&started](TslSignalType type, void *) { started.emplace_back(type, g_hide_timers); });
+    g_hide_timers = 0;
+    tap(button("play"));
+    tap(button("displaymode"));
+    mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1);
+    TslSignalMgr::getInstance()->getSignal().removeListener(listener);
+    EXPECT_THAT(started, ElementsAre(std::pair(SIGNAL_PLAYER_VIEW_PLAY_OR_PAUSE, 1),
+                                     std::pair(SIGNAL_PLAYER_VIEW_CHANGE_DISPLAY_MODE, 2),
+                                     std::pair(SIGNAL_PLAYER_VIEW_ROTARY_EVENT, 3)));
+    EXPECT_EQ(g_hide_timers, 3);
+}
+
+TEST_F(PlayerViewVisibility, DetentThatShowsTheControlsStartsTheTimeTwice) {
+    push_hidden();
+    g_hide_timers = 0;
+    mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1);
+    EXPECT_EQ(g_hide_timers, 2);
 }
 
 using PlayerViewRotary = PlayerViewTest;

@@ -17,6 +17,8 @@ using testing::SaveArg;
 
 constexpr auto clockwise = EEXT_ROTARY_DIRECTION_CLOCKWISE;
 constexpr auto counter_clockwise = EEXT_ROTARY_DIRECTION_COUNTER_CLOCKWISE;
+constexpr char screen_reader_is_on[] =
+    "m_pScreenReaderCtrl->isEnabledToAccessAccessibility() == true";
 const Emission get_level{SIGNAL_VOLUME_VIEW_GET_VOLUME_FROM_SOUND_MGR, 0};
 
 Emission set_level(int level) {
@@ -236,6 +238,27 @@ TEST_F(VolumeViewButtons, UnmuteWithNothingRememberedSetsOne) {
     EXPECT_EQ(accessible_name(mute_part), "WDS_ACCS_TBOPT_MUTE");
 }
 
+TEST_F(VolumeViewButtons, APressStartsTheTimeAnewBeforeItAsks) {
+    push_shown(5);
+    // What there is to see of it at once.
+    mock::fake_uxt().set_screen_reader(true);
+    bool started = false;
+    unsigned int listener = TslSignalMgr::getInstance()->getSignal().addListener(
+        [&started](TslSignalType type, void *) {
+            if (type == SIGNAL_VOLUME_VIEW_GET_VOLUME_FROM_SOUND_MGR) {
+                started = static_cast<bool>(
+                    LoggedIn("_createVolumeViewUiTimer", DLOG_INFO, screen_reader_is_on));
+            }
+        });
+    for (const char *name : {plus_part, minus_part, mute_part}) {
+        started = false;
+        forget();
+        press(name);
+        EXPECT_TRUE(started) << name;
+    }
+    TslSignalMgr::getInstance()->getSignal().removeListener(listener);
+}
+
 TEST_F(VolumeViewButtons, APressWithoutTheViewIsIgnored) {
     push_shown(5);
     void *const instance = evas_object_data_del(base(), "__@WViewInstance");
@@ -288,6 +311,13 @@ TEST_F(VolumeViewBezel, ADirectionThatThereIsntSetsTheLevelAsItIs) {
     turn(direction, 1000);
     EXPECT_THAT(levels_set(), ElementsAre(5));
     EXPECT_TRUE(LoggedWarn("Nothing choose, rotary direction."));
+}
+
+TEST_F(VolumeViewBezel, ADetentAloneDoesNotStartTheTimeAnew) {
+    push_shown(5);
+    mock::fake_uxt().set_screen_reader(true);
+    turn(clockwise, 1000);
+    EXPECT_TRUE(NotLogged(screen_reader_is_on));
 }
 
 TEST_F(VolumeViewBezel, TheBezelGoesOnFromTheLevelThatItIsTold) {
