@@ -49,6 +49,13 @@ int code_of_stream_error(int code, bool remote) {
     return PLAYER_ERROR_NOT_SUPPORTED_FILE;
 }
 
+/// Adaptive streams tell the place in GStreamer's sources, too, where their pieces fail.
+std::string without_place(const std::string &message) {
+    constexpr char kPlace[] = ".c(";
+    const auto place = message.find(kPlace);
+    return message.substr(0, place == std::string::npos ? place : message.rfind(": ", place));
+}
+
 int code_of_core_error(int code) {
     switch (code) {
     case GST_CORE_ERROR_MISSING_PLUGIN:
@@ -95,13 +102,18 @@ PlaybackFault fault_of_message(GstMessage *message, bool remote) {
     // A source that a server refuses or leaves says nothing of it in its text.
     const bool lost =
         remote && g_error_matches(error.get(), GST_STREAM_ERROR, GST_STREAM_ERROR_FAILED) != FALSE;
-    std::string why = error->message;
+    const std::string whole = error->message;
+    std::string why = without_place(whole);
+    std::string more = detail ? detail.get() : "";
+    if (why != whole) {
+        more.insert(0, whole + " ");
+    }
     if (lost) {
         why = "the server can't be reached, or has ended the connection";
     } else if (remote && redirects(message)) {
-        why = "the server redirects without an end";
+        why = "the server's redirections lead nowhere";
     }
-    return {code, why, detail ? detail.get() : ""};
+    return {code, why, more};
 }
 
 bool ends_playback(int code) {

@@ -10,7 +10,7 @@ import unittest
 
 import e2e
 import fault_media
-from media_server import MediaServer
+from media_server import Camera, MediaServer, make_hls
 
 TABLE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "docs", "faults.md")
 # A fault shows within this time of the launch, on a machine with nothing else to do.
@@ -92,6 +92,8 @@ given("device")(lambda test: test.start("/dev/zero"))
 given("no codec for any stream")(lambda test: test.start(e2e.clip("unknown_both.mp4")))
 given("no codec for the video")(lambda test: test.start(e2e.clip("unknown_video.mp4")))
 given("no codec for the sound")(lambda test: test.start(e2e.clip("unknown_sound.mp4")))
+given("address with a port beyond all numbers")(
+    lambda test: test.start("http://127.0.0.1:99999/film.mp4"))
 given("unknown scheme")(lambda test: test.start("bogus://somewhere/film.mp4"))
 given("address with control characters")(lambda test: test.start("http://127.0.0.1/a\nb\x01c"))
 given("address that is not UTF-8")(lambda test: test.start(b"http://127.0.0.1/\xff\xfe.mp4"))
@@ -100,6 +102,10 @@ given_address("address of 64 KiB", "plain/" + "a" * ADDRESS_LENGTH)
 given_address("http 404", "plain/nothing.mp4")
 given_address("http 500", "status/500")
 given_address("redirections without an end", "loop/0")
+given_address("redirection to nowhere", "nowhere/film.mp4")
+given_address("server that hangs up", "hang-up/film.mp4")
+given_address("answer that is none", "babble/film.mp4")
+given_address("answer without a body", "status/200")
 given_address("connection cut in the middle", "cut/h264_aac.mp4")
 given_address("page in place of the video", "page/film.mp4")
 given_address("slow server", "slow/one_second.mp4")
@@ -123,6 +129,21 @@ def _(test):
     return test.start(path)
 
 
+@given("socket")
+def _(test):
+    path = test.path("socket.mp4")
+    with socket.socket(socket.AF_UNIX) as made:
+        made.bind(path)
+    return test.start(path)
+
+
+@given("link that leads to itself")
+def _(test):
+    path = test.path("link.mp4")
+    os.symlink(path, path)
+    return test.start(path)
+
+
 @given("path with control characters")
 def _(test):
     return test.start(test.copy("one_second.mp4", "a\nb\tc\x01.mp4"))
@@ -135,11 +156,59 @@ def _(test):
     return test.start(path)
 
 
+def free_port():
+    with socket.create_server(("127.0.0.1", 0)) as taken:
+        return taken.getsockname()[1]
+
+
 @given("nothing listens")
 def _(test):
-    with socket.create_server(("127.0.0.1", 0)) as taken:
-        port = taken.getsockname()[1]
-    return test.start(f"http://127.0.0.1:{port}/film.mp4")
+    return test.start(f"http://127.0.0.1:{free_port()}/film.mp4")
+
+
+@given("no camera")
+def _(test):
+    return test.start(f"rtsp://127.0.0.1:{free_port()}/film")
+
+
+@given("camera that never answers")
+def _(test):
+    camera = socket.create_server(("127.0.0.1", 0))
+    test.addCleanup(camera.close)
+    return test.start_impatient(f"rtsp://127.0.0.1:{camera.getsockname()[1]}/film")
+
+
+@given("camera that goes away while it plays")
+def _(test):
+    camera = Camera(e2e.clip("h264_aac.mp4"))
+    test.addCleanup(camera.end)
+    player = test.start(camera.address)
+    player.wait("player==playing && position>0")
+    camera.end()
+    return player
+
+
+@given("playlist whose pieces are missing")
+def _(test):
+    server = test.server()
+    folder = make_hls(e2e.clip("one_second.mp4"), os.path.join(server.folder, "hls"))
+    for name in os.listdir(folder):
+        if name.endswith(".ts"):
+            os.remove(os.path.join(folder, name))
+    return test.start(server.address("plain/hls/list.m3u8"))
+
+
+def given_playlist(name, *lines):
+    @given(name)
+    def _(test):
+        server = test.server()
+        text = "".join(f"{line}\n" for line in ("#EXTM3U", *lines)) + "#\n" * 50
+        fault_media.write(os.path.join(server.folder, "list.m3u8"), text.encode())
+        return test.start(server.address("plain/list.m3u8"))
+
+
+given_playlist("playlist of nothing", "#EXT-X-TARGETDURATION:1", "#EXT-X-ENDLIST")
+given_playlist("playlist of itself", "#EXT-X-STREAM-INF:BANDWIDTH=1000", "list.m3u8")
 
 
 @given("certificate that nobody vouches for")
@@ -174,6 +243,18 @@ def _(test):
     player = test.start(path)
     player.wait("player==playing")
     os.replace(fault_media.text(test.path("other")), path)
+    return player
+
+
+@given("file that grows while it plays")
+def _(test):
+    path = test.copy("fragmented.mp4")
+    whole = fault_media.read(path)
+    fault_media.write(path, whole[: len(whole) * 3 // 4])
+    player = test.start(path)
+    player.wait("player==playing")
+    with open(path, "ab") as file:
+        file.write(whole[len(whole) * 3 // 4 :])
     return player
 
 
@@ -332,6 +413,8 @@ class FaultTable(e2e.TestCase):
         self.assertEqual(numbers, [row.error], player.text()[-3000:])
         self.assertEqual(len(told), 1, told)
         self.assertIn(row.cause, told[0])
+        # What only a developer can read is for the log.
+        self.assertNotRegex(told[0], r"\.c\(|Gst")
 
 
 def add_tests():

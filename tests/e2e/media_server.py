@@ -139,6 +139,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
         turn = int(name or 0) + 1
         self.answer(302, [("Location", f"/loop/{turn}")])
 
+    def nowhere(self, _name):
+        self.answer(302)
+
+    def hang_up(self, _name):
+        self.close_connection = True
+
+    def babble(self, _name):
+        """Bytes that are no answer."""
+        self.wfile.write(bytes(range(256)) * 16)
+        self.close_connection = True
+
     def status(self, code):
         self.answer(int(code))
 
@@ -165,7 +176,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     WAYS = {"plain": plain, "no-ranges": no_ranges, "mistyped": mistyped, "page": page,
             "slow": slow, "stall": stall, "cut": cut, "silent": silent, "loop": loop,
-            "status": status, "live": live, "endless": endless}
+            "nowhere": nowhere, "hang-up": hang_up, "babble": babble, "status": status, "live": live, "endless": endless}
 
     def log_message(self, *_):
         pass
