@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "access/keyboard_focus.h"
 #include "shell/geometry.h"
 #include "shell/object_tree.h"
 
@@ -87,14 +88,26 @@ void ButtonFocus::move(Evas_Object *window, bool forward) {
     } else {
         next = at == buttons.begin() ? buttons.back() : *std::prev(at);
     }
-    set(next);
+    set(window, next);
+}
+
+bool ButtonFocus::go_to(Evas_Object *window, Evas_Object *button) {
+    const std::vector<Evas_Object *> buttons = buttons_of(window);
+    if (std::ranges::find(buttons, button) == buttons.end()) {
+        return false;
+    }
+    set(window, button);
+    return true;
 }
 
 void ButtonFocus::leave() {
-    set(nullptr);
+    set(nullptr, nullptr);
 }
 
 Evas_Object *ButtonFocus::button(Evas_Object *window) const {
+    if (button_ == nullptr) {
+        return nullptr;
+    }
     const std::vector<Evas_Object *> buttons = buttons_of(window);
     return std::ranges::find(buttons, button_) != buttons.end() ? button_ : nullptr;
 }
@@ -108,17 +121,45 @@ void ButtonFocus::show() const {
     }
 }
 
-void ButtonFocus::set(Evas_Object *button) {
+void ButtonFocus::set(Evas_Object *window, Evas_Object *button) {
     if (button_ != nullptr) {
-        evas_object_event_callback_del_full(button_, EVAS_CALLBACK_DEL, deleted, this);
-        evas_object_smart_callback_del_full(button_, "theme,changed", themed, this);
+        unwatch();
         elm_object_signal_emit(button_, "elm,action,unfocus", kFromToolkit);
     }
+    window_ = window;
     button_ = button;
     if (button_ != nullptr) {
-        evas_object_event_callback_add(button_, EVAS_CALLBACK_DEL, deleted, this);
-        evas_object_smart_callback_add(button_, "theme,changed", themed, this);
+        watch();
         show();
+    }
+    tell();
+}
+
+void ButtonFocus::watch() {
+    evas_object_event_callback_add(button_, EVAS_CALLBACK_DEL, deleted, this);
+    evas_object_smart_callback_add(button_, "theme,changed", themed, this);
+    evas_event_callback_add(evas_object_evas_get(button_), EVAS_CALLBACK_RENDER_FLUSH_POST,
+                            rendered, this);
+}
+
+void ButtonFocus::unwatch() {
+    evas_object_event_callback_del_full(button_, EVAS_CALLBACK_DEL, deleted, this);
+    evas_object_smart_callback_del_full(button_, "theme,changed", themed, this);
+    evas_event_callback_del_full(evas_object_evas_get(button_), EVAS_CALLBACK_RENDER_FLUSH_POST,
+                                 rendered, this);
+}
+
+void ButtonFocus::tell() {
+    Evas_Object *const now = button(window_);
+    if (now == told_) {
+        return;
+    }
+    if (told_ != nullptr) {
+        report_keyboard_focus(told_, false);
+    }
+    told_ = now;
+    if (told_ != nullptr) {
+        report_keyboard_focus(told_, true);
     }
 }
 
@@ -128,7 +169,16 @@ void ButtonFocus::themed(void *data, Evas_Object * /*button*/, void * /*info*/) 
 }
 
 void ButtonFocus::deleted(void *data, Evas * /*evas*/, Evas_Object * /*button*/, void * /*info*/) {
-    static_cast<ButtonFocus *>(data)->button_ = nullptr;
+    auto *const focus = static_cast<ButtonFocus *>(data);
+    focus->unwatch();
+    focus->window_ = nullptr;
+    focus->button_ = nullptr;
+    focus->told_ = nullptr;
+}
+
+/// Pages, popups and hidden controls take the button out of view, and bring it back.
+void ButtonFocus::rendered(void *data, Evas * /*evas*/, void * /*info*/) {
+    static_cast<ButtonFocus *>(data)->tell();
 }
 
 }  // namespace host

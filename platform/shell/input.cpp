@@ -1,13 +1,7 @@
 #include "shell/input.h"
 
-#include <Ecore_Input.h>
-
 #include <cmath>
-#include <optional>
-#include <string_view>
 #include <utility>
-
-#include "shell/keys.h"
 
 namespace host {
 
@@ -20,15 +14,11 @@ constexpr int kFirstButton = 1;
 Input::Input(Evas *canvas, Targets targets)
     : surface_(evas_object_rectangle_add(canvas)),
       targets_(std::move(targets)),
-      bezel_(targets_.detent) {
+      bezel_(targets_.detent),
+      keys_([this](KeyAction action, bool shifted) { act(action, shifted); }) {
     evas_object_color_set(surface_.get(), 0, 0, 0, 0);
     evas_object_show(surface_.get());
     hook_pointer();
-    key_handler_ = ecore_event_handler_add(ECORE_EVENT_KEY_DOWN, key_down, this);
-}
-
-Input::~Input() {
-    ecore_event_handler_del(key_handler_);
 }
 
 void Input::set_geometry(const Geometry &geometry) {
@@ -119,48 +109,33 @@ void Input::drag_ring(int x, int y) {
     }
 }
 
-Eina_Bool Input::key_down(void *data, int /*type*/, void *event) {
-    auto *self = static_cast<Input *>(data);
-    const auto *key = static_cast<const Ecore_Event_Key *>(event);
-    constexpr unsigned int kChords =
-        ECORE_EVENT_MODIFIER_CTRL | ECORE_EVENT_MODIFIER_ALT | ECORE_EVENT_MODIFIER_WIN;
-    if (key->keyname == nullptr || (key->modifiers & kChords) != 0) {
-        return ECORE_CALLBACK_PASS_ON;
-    }
-    // With Shift the key has another name on some desktops.
-    const bool back_tab = std::string_view(key->keyname) == "ISO_Left_Tab";
-    const bool shifted = (key->modifiers & ECORE_EVENT_MODIFIER_SHIFT) != 0;
-    const std::optional<KeyAction> action = key_action(back_tab ? "Tab" : key->keyname);
-    if (!action) {
-        return ECORE_CALLBACK_PASS_ON;
-    }
-    switch (*action) {
+void Input::act(KeyAction action, bool shifted) {
+    switch (action) {
     case KeyAction::back:
-        self->targets_.key(Key::back);
+        targets_.key(Key::back);
         break;
     case KeyAction::more:
-        self->targets_.key(Key::more);
+        targets_.key(Key::more);
         break;
     case KeyAction::home:
-        self->targets_.key(Key::home);
+        targets_.key(Key::home);
         break;
     case KeyAction::clockwise:
-        self->bezel_.turn_by_hand(1);
+        bezel_.turn_by_hand(1);
         break;
     case KeyAction::counter_clockwise:
-        self->bezel_.turn_by_hand(-1);
+        bezel_.turn_by_hand(-1);
         break;
     case KeyAction::turn_watch:
-        self->targets_.turn_watch();
+        targets_.turn_watch();
         break;
     case KeyAction::focus:
-        self->targets_.move_focus(!back_tab && !shifted);
+        targets_.move_focus(!shifted);
         break;
     case KeyAction::press:
-        self->targets_.press_focused();
+        targets_.press_focused();
         break;
     }
-    return ECORE_CALLBACK_DONE;
 }
 
 }  // namespace host

@@ -3,6 +3,7 @@
 #include "rotary/detents.h"
 #include "shell/evas_object.h"
 #include "shell/geometry.h"
+#include "shell/key_events.h"
 #include "shell/shell.h"
 
 #include <functional>
@@ -26,7 +27,7 @@ public:
     };
 
     Input(Evas *canvas, Targets targets);
-    ~Input();
+    ~Input() = default;
     Input(const Input &) = delete;
     Input &operator=(const Input &) = delete;
 
@@ -40,7 +41,7 @@ public:
 
 private:
     void hook_pointer();
-    static Eina_Bool key_down(void *data, int type, void *event);
+    void act(KeyAction action, bool shifted);
     void drag_ring(int x, int y);
 
     EvasObject surface_;
@@ -49,7 +50,7 @@ private:
     Geometry geometry_;
     Geometry::Place held_ = Geometry::Place::elsewhere;  ///< what was pressed and is still held
     float ring_from_ = 0;  ///< direction up to which the drag has been turned into detents
-    Ecore_Event_Handler *key_handler_ = nullptr;
+    const KeyEvents keys_;
 };
 
 }  // namespace host

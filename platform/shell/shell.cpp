@@ -273,6 +273,11 @@ Evas_Object *Shell::focused_button() const {
     return window != nullptr ? focus_.button(window) : nullptr;
 }
 
+bool Shell::focus_button(Evas_Object *button) {
+    Evas_Object *window = newest_window();
+    return window != nullptr && focus_.go_to(window, button);
+}
+
 std::optional<Rect> Shell::place_on_desktop(const Evas *canvas, const Rect &part) const {
     const auto found = std::find_if(windows_.begin(), windows_.end(),
                                     [canvas](const auto &w) { return w->draws_on(canvas); });
@@ -362,6 +367,10 @@ Evas_Object *program_window() {
 
 Evas_Object *focused_button() {
     return instance != nullptr ? instance->focused_button() : nullptr;
+}
+
+bool focus_button(Evas_Object *button) {
+    return instance != nullptr && instance->focus_button(button);
 }
 
 std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) {

@@ -47,6 +47,10 @@ public:
 /// The button of the program's live window that the keyboard is at and can press, or null.
 [[nodiscard]] Evas_Object *focused_button();
 
+/// Takes the keyboard to a button of the program's live window.
+/// @return false when it isn't one that can be seen and pressed, and nothing has changed
+bool focus_button(Evas_Object *button);
+
 /// Where a rectangle of a canvas of the program's windows is on the desktop, turned as the watch
 /// is.
 /// @return nothing for any other canvas

@@ -34,6 +34,7 @@ public:
     [[nodiscard]] Evas_Object *newest_window() const;
     /// The button of the newest window that a key presses, or null.
     [[nodiscard]] Evas_Object *focused_button() const;
+    bool focus_button(Evas_Object *button);
     /// Where a rectangle of a window's canvas is on the desktop; nothing for another canvas.
     [[nodiscard]] std::optional<Rect> place_on_desktop(const Evas *canvas, const Rect &part) const;
 

@@ -18,6 +18,7 @@ class Desktop:
     """A session with the accessibility service, whose screen reader can be switched."""
 
     def __init__(self, directory, environment):
+        self.directory = directory
         self.bus = e2e.Bus(directory)
         self.environment = dict(environment, DBUS_SESSION_BUS_ADDRESS=self.bus.address,
                                 GSETTINGS_BACKEND="memory")
@@ -334,6 +335,91 @@ class DisplayPlaces(Accessibility, e2e.DisplayTestCase):
         self.assertNotEqual(moved[:2], (left, top))
         e2e.wait_until(lambda: extents(self.desktop.tree()) == places(player, *moved[:2]),
                        "the places after the move")
+
+
+class FocusLog:
+    """What a screen reader is told of the keyboard's focus while it listens."""
+
+    def __init__(self, desktop):
+        self.path = os.path.join(desktop.directory, "focus")
+        with open(self.path, "wb") as file:
+            self.client = e2e.Process([sys.executable, "-B", CLIENT, "follow-focus"],
+                                      env=desktop.environment, stdout=file,
+                                      stderr=subprocess.DEVNULL)
+        e2e.wait_until(lambda: "listening" in self.lines(), "the listener")
+
+    def lines(self):
+        with open(self.path, encoding="utf-8") as file:
+            return file.read().splitlines()
+
+    def told(self):
+        return [tuple(json.loads(line)) for line in self.lines()[1:] if line.endswith("]")]
+
+    def wait(self, *changes):
+        """Until no more than these has been told since the listener began."""
+        e2e.wait_until(lambda: self.told() == list(changes), f"{changes}, there is {self.told()}")
+
+
+class KeyboardFocus(Accessibility, e2e.DisplayTestCase):
+    """A person who sees nothing goes through the buttons by Tab, and is told where the focus is."""
+
+    def setUp(self):
+        super().setUp()
+        self.player = self.listen_to()
+        self.show_controls(self.player)
+        self.log = FocusLog(self.desktop)
+        self.addCleanup(self.log.client.end)
+
+    def focused(self):
+        return [node["name"] for node in self.desktop.tree() if node["focused"]]
+
+    def test_each_step_is_told_and_one_button_has_the_focus(self):
+        self.assertEqual(self.focused(), [])
+        for key, name in (("Tab", "Volume"), ("Tab", "Pause"), ("shift+Tab", "Volume")):
+            self.key(self.player, key)
+            e2e.wait_until(lambda name=name: self.focused() == [name], f"the focus of {name}")
+        self.log.wait(("Volume", True), ("Volume", False), ("Pause", True), ("Pause", False),
+                      ("Volume", True))
+
+    def test_a_touch_takes_it_away(self):
+        self.key(self.player, "Tab")
+        screen = self.player.state()["screen"]
+        self.touch(self.player, screen["width"] // 2, screen["height"] // 8)
+        self.log.wait(("Volume", True), ("Volume", False))
+        self.assertEqual(self.focused(), [])
+
+    def test_a_page_above_takes_it_away_and_gives_it_back(self):
+        self.key(self.player, "Tab")
+        self.key(self.player, "Return")
+        self.player.wait("page==tsl_volume_view")
+        self.log.wait(("Volume", True), ("Volume", False))
+        self.key(self.player, "Escape")
+        self.player.wait("page==tsl_player_view")
+        self.log.wait(("Volume", True), ("Volume", False), ("Volume", True))
+        self.assertEqual(self.focused(), ["Volume"])
+
+    def test_a_message_takes_it_away(self):
+        self.key(self.player, "Tab")
+        self.player.control("error", "not-supported-file")
+        self.named("Unsupported format")
+        self.log.wait(("Volume", True), ("Volume", False))
+        self.assertEqual(self.focused(), [])
+
+    def test_a_screen_reader_gives_it_to_a_button_for_the_keys(self):
+        self.assertTrue(self.desktop.ask("focus", "push button", "Pause"))
+        self.log.wait(("Pause", True))
+        self.assertEqual(self.focused(), ["Pause"])
+        self.key(self.player, "Return")
+        self.player.wait("player==paused")
+
+    def test_a_button_that_can_t_be_pressed_does_not_get_it(self):
+        self.key(self.player, "Tab")
+        self.key(self.player, "Return")
+        self.player.wait("page==tsl_volume_view")
+        self.log.wait(("Volume", True), ("Volume", False))
+        self.named("Pause")
+        self.assertFalse(self.desktop.ask("focus", "push button", "Pause"))
+        self.assertEqual(self.focused(), [])
 
 
 if __name__ == "__main__":

@@ -3,7 +3,9 @@ own. Prints one line of JSON.
 
     assistive.py tree                        the program's objects, the outermost first
     assistive.py press ROLE NAME             does the object's first action
+    assistive.py focus ROLE NAME             gives the object the focus
     assistive.py events SECONDS              waits for changes of names, and lists them
+    assistive.py follow-focus                prints each change of the focus until it is ended
 """
 
 import json
@@ -42,6 +44,7 @@ def describe(node, depth):
     states = node.get_state_set()
     found["showing"] = states.contains(Atspi.StateType.SHOWING)
     found["enabled"] = states.contains(Atspi.StateType.ENABLED)
+    found["focused"] = states.contains(Atspi.StateType.FOCUSED)
     return found
 
 
@@ -55,12 +58,22 @@ def tree():
     return [describe(node, depth) for program in programs() for node, depth in walk(program)]
 
 
-def press(role, name):
+def find(role, name):
     for program in programs():
         for node, _ in walk(program):
             if (node.get_role_name(), node.get_name()) == (role, name):
-                return node.get_action_iface().do_action(0)
-    return False
+                return node
+    return None
+
+
+def press(role, name):
+    node = find(role, name)
+    return node is not None and node.get_action_iface().do_action(0)
+
+
+def focus(role, name):
+    node = find(role, name)
+    return node is not None and node.get_component_iface().grab_focus()
 
 
 def events(seconds):
@@ -75,8 +88,17 @@ def events(seconds):
     return seen
 
 
+def follow_focus():
+    listener = Atspi.EventListener.new(
+        lambda event: print(json.dumps([event.source.get_name(), bool(event.detail1)]), flush=True))
+    listener.register("object:state-changed:focused")
+    print("listening", flush=True)
+    GLib.MainLoop().run()
+
+
 if __name__ == "__main__":
-    commands = {"tree": tree, "press": press, "events": lambda text: events(float(text))}
+    commands = {"tree": tree, "press": press, "focus": focus,
+                "events": lambda text: events(float(text)), "follow-focus": follow_focus}
     try:
         result = commands[sys.argv[1]](*sys.argv[2:])
     except GLib.Error as error:

@@ -1,5 +1,8 @@
 // The watch as a person meets it: what it shows, in pixels, and where what is done to it goes.
 
+#define EFL_ACCESS_OBJECT_PROTECTED
+#define EFL_ACCESS_COMPONENT_PROTECTED
+
 #include "shell/shell.h"
 
 #include <Ecore_Input.h>
@@ -495,6 +498,10 @@ protected:
         eext_object_event_callback_add(window(), EEXT_CALLBACK_MORE, count_smart, &more);
     }
     static void press(const char *name, unsigned int modifiers = 0) {
+        send(ECORE_EVENT_KEY_DOWN, name, modifiers);
+    }
+    static void let_go(const char *name) { send(ECORE_EVENT_KEY_UP, name, 0); }
+    static void send(int type, const char *name, unsigned int modifiers) {
         // The name lies behind the event, as the toolkit's own events have it.
         const std::size_t length = std::strlen(name) + 1;
         auto *event =
@@ -504,7 +511,7 @@ protected:
         event->keyname = text;
         event->key = text;
         event->modifiers = modifiers;
-        ecore_event_add(ECORE_EVENT_KEY_DOWN, event, nullptr, nullptr);
+        ecore_event_add(type, event, nullptr, nullptr);
         support::run_loop_turns();
     }
 
@@ -540,6 +547,29 @@ TEST_F(Keyboard, ChordsOfTheDesktopAreNotForTheWatch) {
     press("Right", ECORE_EVENT_MODIFIER_ALT);
     EXPECT_EQ(back, 0);
     EXPECT_TRUE(detents.empty());
+}
+
+TEST_F(Keyboard, WhatIsPressedWithAKeyOfTheScreenReaderIsItsCommand) {
+    for (const char *const key : {"Insert", "KP_Insert", "Caps_Lock"}) {
+        back = 0;
+        press(key);
+        press("Escape");
+        EXPECT_EQ(back, 0) << key;
+        let_go("Escape");
+        let_go(key);
+        press("Escape");
+        EXPECT_EQ(back, 1) << key;
+    }
+}
+
+TEST_F(Keyboard, KeysThatTheToolkitHoldsBackForAssistiveTechnologiesArriveAllTheSame) {
+    const auto hold_back = [](void *, void *, int type, void *) -> Eina_Bool {
+        return type != ECORE_EVENT_KEY_DOWN && type != ECORE_EVENT_KEY_UP;
+    };
+    Ecore_Event_Filter *filter = ecore_event_filter_add(nullptr, hold_back, nullptr, nullptr);
+    press("Escape");
+    ecore_event_filter_del(filter);
+    EXPECT_EQ(back, 1);
 }
 
 /// The lines of --help that tell of keys: names with commas between, and what they do.
@@ -658,6 +688,41 @@ TEST_F(KeyboardFocus, AButtonThatNoKeyHasChosenIsNotPressed) {
     press("Return");
     EXPECT_TRUE(clicked.empty());
     EXPECT_EQ(focused(), "");
+}
+
+bool is_said_to_have_focus(Evas_Object *button) {
+    return STATE_TYPE_GET(efl_access_object_state_set_get(button), EFL_ACCESS_STATE_TYPE_FOCUSED) !=
+           0;
+}
+
+TEST_F(KeyboardFocus, IsWhatAssistiveTechnologiesAreTold) {
+    walk(2);
+    EXPECT_TRUE(is_said_to_have_focus(buttons["lower left"]));
+    EXPECT_FALSE(is_said_to_have_focus(buttons["upper"]));
+    evas_object_hide(buttons["lower left"]);
+    EXPECT_FALSE(is_said_to_have_focus(buttons["lower left"]));
+}
+
+TEST_F(KeyboardFocus, TheToolkitsOwnIsNotTold) {
+    elm_object_focus_set(buttons["upper"], EINA_TRUE);
+    EXPECT_FALSE(is_said_to_have_focus(buttons["upper"]));
+}
+
+TEST_F(KeyboardFocus, AssistiveTechnologiesMayGiveItToAButtonThatCanBePressed) {
+    evas_object_hide(buttons["lower left"]);
+    EXPECT_FALSE(efl_access_component_focus_grab(buttons["lower left"]));
+    EXPECT_EQ(focused(), "");
+    EXPECT_TRUE(efl_access_component_focus_grab(buttons["lower right"]));
+    EXPECT_EQ(focused(), "lower right");
+}
+
+TEST_F(KeyboardFocus, GoesWithItsButton) {
+    walk(1);
+    evas_object_del(buttons["upper"]);
+    buttons.erase("upper");
+    support::run_loop_turns();
+    EXPECT_EQ(focused(), "");
+    EXPECT_EQ(walk(1), Names{"lower left"});
 }
 
 TEST_F(KeyboardFocus, StaysAtAButtonThatAKeyPressesAndIsEndedByAFinger) {
