@@ -57,6 +57,7 @@ std::string options(const std::string &text) {
         words.push_back(word.c_str());
     }
     std::vector<const char *> pointers;
+    pointers.reserve(words.size());
     for (const std::string &word : words) {
         pointers.push_back(word.c_str());
     }

@@ -34,7 +34,7 @@ constexpr double kPlay = 0.1;
 constexpr host::NetworkLimits kPatience{std::chrono::milliseconds(1500),
                                         std::chrono::milliseconds(1500)};
 /// The corpus' pictures take 9 KiB, and what is read of its files at once mostly less than this.
-constexpr std::size_t kLessThanAPicture = 8 * 1024;
+constexpr std::size_t kLessThanAPicture = std::size_t{8} * 1024;
 /// What a library's pool of threads may keep for a while.
 constexpr std::size_t kSlack = 8;
 

@@ -704,7 +704,12 @@ TEST_F(KeyboardFocus, IsWhatAssistiveTechnologiesAreTold) {
 }
 
 TEST_F(KeyboardFocus, TheToolkitsOwnIsNotTold) {
+    Evas_Object *picture = elm_win_inlined_image_object_get(window());
+    evas_focus_in(evas_object_evas_get(picture));
+    evas_object_focus_set(picture, EINA_TRUE);
+    support::run_loop_turns();
     elm_object_focus_set(buttons["upper"], EINA_TRUE);
+    ASSERT_TRUE(elm_object_focus_get(buttons["upper"]));
     EXPECT_FALSE(is_said_to_have_focus(buttons["upper"]));
 }
 
