@@ -94,6 +94,13 @@ void TslButtonInside::_replaceCallback(const char *szEvent, Evas_Smart_Cb &store
     }
 }
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_INSIDE(failure)         \
+    if (m_pButtonInside == nullptr) {          \
+        TslError("Button Handle is nullptr."); \
+        return failure;                        \
+    }
+
 TslButton::TslButton(const char *szStyle, const char *szText, const char *szTextDomain,
                      Evas_Smart_Cb clickedCb, Evas_Smart_Cb pressedCb, Evas_Smart_Cb unpressedCb)
     : m_pButtonInside(
@@ -109,10 +116,7 @@ Evas_Object *TslButton::onCreateView(Evas_Object *pParent, void *viewParam) {
         TslError("Parent is nullptr");
         return nullptr;
     }
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return nullptr;
-    }
+    RETURN_WITHOUT_INSIDE(nullptr);
     Evas_Object *pButton = uxt_button_add(pParent, "default");
     if (pButton == nullptr) {
         TslError("Button is nullptr");
@@ -141,10 +145,7 @@ void TslButton::onDestroy() {
 
 void TslButton::setText(const char *szText) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     std::free(m_pButtonInside->m_pText);
     m_pButtonInside->m_pText = copyText(szText);
     if (m_pButtonInside->m_pText == nullptr) {
@@ -159,10 +160,7 @@ void TslButton::setText(const char *szText) {
 
 void TslButton::setStyle(const char *szStyle) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (m_pButtonInside->m_pButton == nullptr) {
         TslError("Button Object is not existed.");
         return;
@@ -174,10 +172,7 @@ void TslButton::setStyle(const char *szStyle) {
 
 void TslButton::setDisabled(bool bDisabled) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (m_pButtonInside->m_pButton == nullptr) {
         TslError("Button Object is nullptr.");
         return;
@@ -187,10 +182,7 @@ void TslButton::setDisabled(bool bDisabled) {
 
 void TslButton::setIconColor(const char *szColor) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (m_pButtonInside->m_pIcon == nullptr) {
         TslError("Icon is not existed. Please set icon first.");
         return;
@@ -202,10 +194,7 @@ void TslButton::setIconColor(const char *szColor) {
 
 void TslButton::setIcon(Evas_Object *pIcon, const char *szPart) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     unsetIcon(szPart);
     evas_object_size_hint_weight_set(pIcon, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     evas_object_size_hint_align_set(pIcon, EVAS_HINT_FILL, EVAS_HINT_FILL);
@@ -216,10 +205,7 @@ void TslButton::setIcon(Evas_Object *pIcon, const char *szPart) {
 
 void TslButton::unsetIcon(const char *szPart) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (m_pButtonInside->m_pButton == nullptr) {
         TslError("Button object is nullptr.");
         return;
@@ -231,10 +217,7 @@ void TslButton::unsetIcon(const char *szPart) {
 void TslButton::updateIconImage(const char *szFile, const char *szGroup, const char *szColor,
                                 const char *szPart) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (m_pButtonInside->m_pIcon == nullptr) {
         TslWarn("There is no existed icon object. You need to create icon first.");
         return;
@@ -263,10 +246,7 @@ void TslButton::updateIconImage(const char *szFile, const char *szGroup, const c
 void TslButton::setCallback(Evas_Smart_Cb clickedCb, Evas_Smart_Cb pressedCb,
                             Evas_Smart_Cb unpressedCb, void *pData) {
     TslInfo("");
-    if (m_pButtonInside == nullptr) {
-        TslError("Button Handle is nullptr.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     Evas_Object *pButton = m_pButtonInside->m_pButton;
     evas_object_smart_callback_del(pButton, EVENT_CLICKED, m_pButtonInside->m_pClickedCb);
     evas_object_smart_callback_del(pButton, EVENT_PRESSED, m_pButtonInside->m_pPressedCb);

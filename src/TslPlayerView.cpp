@@ -678,6 +678,13 @@ char *TslPlayerViewInside::_playedTimeAccessibleNameCb(void *pUserData,
     return strdup(strDisplayTime.c_str());
 }
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_INSIDE(failure)                        \
+    if (m_pPlayerlViewInside == nullptr) {                    \
+        TslError("There is no m_pPlayerlViewInside Handle."); \
+        return failure;                                       \
+    }
+
 TslPlayerView::TslPlayerView() : m_pPlayerlViewInside(new TslPlayerViewInside()) {}
 
 TslPlayerView::~TslPlayerView() {
@@ -688,19 +695,13 @@ TslPlayerView::~TslPlayerView() {
 
 bool TslPlayerView::onCreate(void * /*viewParam*/) {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return true;
 }
 
 Evas_Object *TslPlayerView::onCreateView(Evas_Object *pParent, void * /*viewParam*/) {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return nullptr;
-    }
+    RETURN_WITHOUT_INSIDE(nullptr);
     return m_pPlayerlViewInside->_createView(pParent);
 }
 
@@ -710,10 +711,7 @@ void TslPlayerView::onDestroy() {
 
 void TslPlayerView::onPushed(Elm_Object_Item *pNaviItem) {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (pNaviItem == nullptr) {
         TslError("There is no pNaviItem.");
         return;
@@ -723,137 +721,92 @@ void TslPlayerView::onPushed(Elm_Object_Item *pNaviItem) {
 
 bool TslPlayerView::onPop() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     m_pPlayerlViewInside->_deactivateRotary();
     return true;
 }
 
 void TslPlayerView::onBecomeTop() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_activateRotary();
 }
 
 void TslPlayerView::showPlayViewUi() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_showPlayViewUi();
 }
 
 void TslPlayerView::hidePlayViewUi() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_hidePlayViewUi();
 }
 
 void TslPlayerView::enableVolumeButton() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_enableVolumeButton();
 }
 
 void TslPlayerView::disableVolumeButton() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_disableVolumeButton();
 }
 
 void TslPlayerView::createProgressTimer() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_createProgressTimer();
 }
 
 void TslPlayerView::destroyProgressTimer() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_destroyProgressTimer();
 }
 
 void TslPlayerView::setProgressValues(int nPlayedTime, int nDuration) {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_setPlayedTime(nPlayedTime);
     m_pPlayerlViewInside->_setDurationTime(nDuration);
 }
 
 void TslPlayerView::changePlayButtonImageAsPlay() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeButtonImageAsPlay();
 }
 
 void TslPlayerView::changePlayButtonImageAsPause() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeButtonImageAsPause();
 }
 
 void TslPlayerView::changeVolumeButtonImageAsVolumeOn() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeVolumeButtonImageAsVolumeOn();
 }
 
 void TslPlayerView::changeVolumeButtonImageAsVolumeMute() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeVolumeButtonImageAsVolumeMute();
 }
 
 void TslPlayerView::changeDisplaymodeButtonImageAsFull() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeDisplaymodeButtonImageAsFull();
 }
 
 void TslPlayerView::changeDisplaymodeButtonImageAsLetterbox() {
     TslInfo("");
-    if (m_pPlayerlViewInside == nullptr) {
-        TslError("There is no m_pPlayerlViewInside Handle.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pPlayerlViewInside->_changeDisplaymodeButtonImageAsLetterbox();
 }

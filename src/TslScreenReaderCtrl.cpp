@@ -260,6 +260,13 @@ bool TslScreenReaderCtrlInside::_isEnabledToAccessAccessibility() {
     return true;
 }
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_INSIDE(failure)                         \
+    if (m_pScreenReaderCtrlInside == nullptr) {                \
+        TslError("m_pScreenReaderCtrlInside is not exsited."); \
+        return failure;                                        \
+    }
+
 TslScreenReaderCtrl::TslScreenReaderCtrl()
     : m_pScreenReaderCtrlInside(new TslScreenReaderCtrlInside()) {}
 
@@ -270,10 +277,7 @@ TslScreenReaderCtrl::~TslScreenReaderCtrl() {
 bool TslScreenReaderCtrl::setAccessibleNaviframe(Elm_Object_Item *pTargetObject,
                                                  const std::string &strName,
                                                  const std::string &strDescription) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_setAccessibleNaviframe(pTargetObject, strName,
                                                               strDescription);
 }
@@ -282,10 +286,7 @@ bool TslScreenReaderCtrl::setAccessibleContents(Evas_Object *pTargetObject,
                                                 const std::string &strName,
                                                 const std::string &strDescription,
                                                 AccessibleRoleType roleType, int nReadingInfo) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_setAccessibleContents(pTargetObject, strName, strDescription,
                                                              roleType, nReadingInfo);
 }
@@ -295,10 +296,7 @@ bool TslScreenReaderCtrl::setAccessibleContents(Evas_Object *pTargetObject,
                                                 const std::string &strName,
                                                 const std::string &strDescription,
                                                 AccessibleRoleType roleType, int nReadingInfo) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_setAccessibleContents(
         pTargetObject, pParentObject, strName, strDescription, roleType, nReadingInfo);
 }
@@ -306,10 +304,7 @@ bool TslScreenReaderCtrl::setAccessibleContents(Evas_Object *pTargetObject,
 bool TslScreenReaderCtrl::setCallbackOfAccessibleName(Evas_Object *pTargetObject,
                                                       AccessibleNameCb screenReaderNameCb,
                                                       void *pData) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_setCallbackOfAccessibleName(pTargetObject,
                                                                    screenReaderNameCb, pData);
 }
@@ -318,42 +313,27 @@ bool TslScreenReaderCtrl::setCallbackOfAccessibleName(Evas_Object *pTargetObject
                                                       Evas_Object *pParentObject,
                                                       AccessibleNameCb screenReaderNameCb,
                                                       void *pData) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_setCallbackOfAccessibleName(pTargetObject, pParentObject,
                                                                    screenReaderNameCb, pData);
 }
 
 bool TslScreenReaderCtrl::enableHighlight(Evas_Object *pTargetObject) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_enableHighlight(pTargetObject);
 }
 
 bool TslScreenReaderCtrl::disableHighlight(Evas_Object *pTargetObject) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_disableHighlight(pTargetObject);
 }
 
 bool TslScreenReaderCtrl::sayManualText(const std::string &strText) {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_sayManualText(strText);
 }
 
 bool TslScreenReaderCtrl::isEnabledToAccessAccessibility() {
-    if (m_pScreenReaderCtrlInside == nullptr) {
-        TslError("m_pScreenReaderCtrlInside is not exsited.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     return m_pScreenReaderCtrlInside->_isEnabledToAccessAccessibility();
 }

@@ -865,6 +865,13 @@ char *TslVolumeViewInside::_volumeLevelAccessibleNameCb(void *pUserData,
     return strdup(strVolumeLevel.c_str());
 }
 
+// A macro, because a log line names the function that it stands in.
+#define RETURN_WITHOUT_INSIDE(failure)                   \
+    if (m_pVolumeViewInside == nullptr) {                \
+        TslError("m_pVolumeViewInside is not existed."); \
+        return failure;                                  \
+    }
+
 TslVolumeView::TslVolumeView(int nCurrentVolume, int nMaxVolume, int nSafetyVolume)
     : m_pVolumeViewInside(new TslVolumeViewInside()) {
     m_pVolumeViewInside->m_nMaxVolume = nMaxVolume;
@@ -890,10 +897,7 @@ bool TslVolumeView::onCreate(void * /*viewParam*/) {
 
 Evas_Object *TslVolumeView::onCreateView(Evas_Object *pParent, void * /*viewParam*/) {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return nullptr;
-    }
+    RETURN_WITHOUT_INSIDE(nullptr);
     return m_pVolumeViewInside->_createView(pParent);
 }
 
@@ -903,10 +907,7 @@ void TslVolumeView::onDestroy() {
 
 void TslVolumeView::onPushed(Elm_Object_Item *pNaviItem) {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     if (pNaviItem == nullptr) {
         TslError("There is no pNaviItem.");
         return;
@@ -916,82 +917,55 @@ void TslVolumeView::onPushed(Elm_Object_Item *pNaviItem) {
 
 bool TslVolumeView::onPop() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return false;
-    }
+    RETURN_WITHOUT_INSIDE(false);
     m_pVolumeViewInside->_popped();
     return true;
 }
 
 void TslVolumeView::setVolume(int nCurrentVolume) {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pVolumeViewInside->_setVolume(nCurrentVolume);
 }
 
 int TslVolumeView::getVolume() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return NO_VOLUME;
-    }
+    RETURN_WITHOUT_INSIDE(NO_VOLUME);
     return m_pVolumeViewInside->m_nCurrentVolume;
 }
 
 void TslVolumeView::setSafetyVolume(int nVolume) {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pVolumeViewInside->_setSafetyVolume(nVolume);
 }
 
 int TslVolumeView::getSafetyVolume() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return NO_VOLUME;
-    }
+    RETURN_WITHOUT_INSIDE(NO_VOLUME);
     return m_pVolumeViewInside->m_nSafetyVolume;
 }
 
 void TslVolumeView::setMaxVolume(int nMaxVolume) {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pVolumeViewInside->m_nMaxVolume = nMaxVolume;
 }
 
 int TslVolumeView::getMaxVolume() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return NO_VOLUME;
-    }
+    RETURN_WITHOUT_INSIDE(NO_VOLUME);
     return m_pVolumeViewInside->m_nMaxVolume;
 }
 
 void TslVolumeView::readCurrentVolumeLevel() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     m_pVolumeViewInside->_readCurrentVolumeLevel();
 }
 
 void TslVolumeView::pop() {
     TslInfo("");
-    if (m_pVolumeViewInside == nullptr) {
-        TslError("m_pVolumeViewInside is not existed.");
-        return;
-    }
+    RETURN_WITHOUT_INSIDE();
     popOut();
 }
