@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <type_traits>
 
 #include "log_lines.h"
 #include "mock_platform/mock_app_control.h"
@@ -152,6 +153,10 @@ TEST_F(AppControlCtrl, TheDefaultHoldsNothingAndDestroysNothing) {
         EXPECT_TRUE(LoggedIn("_hasHandle", DLOG_WARN, no_handle));
     }
     testing::Mock::VerifyAndClearExpectations(&mock::app_control());
+}
+
+TEST_F(AppControlCtrl, HasNoVirtualOperations) {
+    EXPECT_FALSE(std::is_polymorphic_v<TslAppControlCtrl>);
 }
 
 // Getters.

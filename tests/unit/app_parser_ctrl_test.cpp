@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include "TslAppControlCtrl.h"
 #include "TslAppParserInside.h"
@@ -176,6 +177,10 @@ TEST_F(AppParserCtrl, TheMediaIsParsedBeforeTheOperation) {
     TslAppParserCtrl parser(request());
     EXPECT_TRUE(LoggedInOrder({logs::error("* Critical * It is failed to get extra data (path)."),
                                logs::error("* Critical * It is failed to get operation.")}));
+}
+
+TEST_F(AppParserCtrl, HasNoVirtualOperations) {
+    EXPECT_FALSE(std::is_polymorphic_v<TslAppParserCtrl>);
 }
 
 TEST_F(AppParserCtrl, TheStepsTestTheirRequest) {

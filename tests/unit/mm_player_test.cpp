@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "log_lines.h"
@@ -785,6 +786,10 @@ TEST_F(MmPlayer, HandleIsTestedBeforeTheArgument) {
 }
 
 // ---- life
+
+TEST(MmPlayerObject, IsEmptyAndHasNoVirtualOperations) {
+    EXPECT_TRUE(std::is_empty_v<TslMmPlayer>);
+}
 
 TEST_F(MmPlayer, FailedCreationLeavesAnObjectWithoutHandle) {
     EXPECT_CALL(mock::player(), player_create).WillOnce(Return(PLAYER_ERROR_OUT_OF_MEMORY));

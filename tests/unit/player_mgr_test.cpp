@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "TslPlayerMgrInside.h"
@@ -203,6 +204,10 @@ TEST_F(PlayerMgr, NullStreamIsTestedBeforeTheGuard) {
 }
 
 // ---- life
+
+TEST(PlayerMgrObject, IsEmptyAndHasNoVirtualOperations) {
+    EXPECT_TRUE(std::is_empty_v<TslPlayerMgr>);
+}
 
 TEST_F(PlayerMgr, SecondInstanceSharesTheState) {
     create();

@@ -11,6 +11,7 @@
 
 #include "app-assist/WSignal.h"
 #include "log_lines.h"
+#include "vtable_slot.h"
 
 namespace {
 
@@ -337,6 +338,13 @@ TEST_F(SignalTest, DerivedSignalReplacesTheNotification) {
     EXPECT_EQ(m_calls, Calls{});
 }
 
+TEST_F(SignalTest, TheNotificationStandsBehindTheDestructors) {
+    struct Operations : Signal {
+        static std::size_t slot() { return support::vtable_slot(&Operations::notifyListeners); }
+    };
+    EXPECT_EQ(Operations::slot(), 2U);
+}
+
 TEST_F(SignalTest, DestructionFreesLiveAndWaitingListeners) {
     auto live = std::make_shared<int>(0);
     auto waiting = std::make_shared<int>(0);
@@ -392,6 +400,7 @@ TEST_F(BoundSignalTest, RemovedListenerLeavesNoHookOnItsObject) {
     evas_object_del(m_object);
     EXPECT_EQ(token.use_count(), 1);
     EXPECT_EQ(emitted(), Calls{});
+    EXPECT_TRUE(NoFaultLogged(tag));
 }
 
 TEST_F(BoundSignalTest, ObjectDeletedDuringAnEmissionTakesItsListenerOutOfIt) {

@@ -1,5 +1,6 @@
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -61,6 +62,10 @@ protected:
 }  // namespace
 
 // The handle.
+
+TEST_F(VideoPlayerMgr, HasNoVirtualOperations) {
+    EXPECT_FALSE(std::is_polymorphic_v<TslVideoPlayerMgr>);
+}
 
 TEST_F(VideoPlayerMgr, WithoutInsideEveryOperationLogsAndReturns) {
     TslVideoPlayerMgrInside *inside = inside_pointer();
@@ -556,11 +561,18 @@ TEST_F(VideoPlayerMgr, AScreenWithoutObjectIsLogged) {
 TEST_F(VideoPlayerMgr, TheScreenOpensWithTheButtonsOfItsState) {
     sound().set_devices({hdmi});
     sound().change_volume(SOUND_TYPE_MEDIA, 5);
-    start_playing();
+    manager().create();
+    launch(item_path);
     EXPECT_EQ(volume_button(), "video/volume/on");
     EXPECT_TRUE(volume_button_responds());
     EXPECT_EQ(displaymode_button(), "video/displaymode/letterbox");
+    // Told, though a new screen looks so by itself.
+    for (const char *function : {"changeVolumeButtonImageAsVolumeOn", "enableVolumeButton",
+                                 "changeDisplaymodeButtonImageAsLetterbox"}) {
+        EXPECT_TRUE(LoggedIn(function, DLOG_INFO, "")) << function;
+    }
     EXPECT_TRUE(NotLogged("Any sound route is not available"));
+    ASSERT_TRUE(plays());
 }
 
 TEST_F(VideoPlayerMgr, TheScreenOpensMutedAtVolumeZero) {
