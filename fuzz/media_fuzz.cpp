@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +19,7 @@
 #include "driver.h"
 #include "host_seams.h"
 #include "player/player_host.h"
+#include "process_counts.h"
 #include "scarcity.h"
 #include "server.h"
 
@@ -69,11 +69,6 @@ struct Events {
     /// The first operation's that failed, where no fault of the medium came.
     int refused = 0;
 };
-
-std::size_t entries_of(const char *folder) {
-    return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
 
 template <typename Condition>
 void run_until(Condition condition) {
@@ -332,14 +327,14 @@ std::string take(const std::string &input) {
 }
 
 void loaded() {
-    world.threads = entries_of("/proc/self/task");
-    world.descriptors = entries_of("/proc/self/fd");
+    world.threads = support::threads();
+    world.descriptors = support::descriptors();
 }
 
 std::string end() {
     const auto left_behind = [] {
-        return entries_of("/proc/self/task") > world.threads + kSlack ||
-               entries_of("/proc/self/fd") > world.descriptors + kSlack;
+        return support::threads() > world.threads + kSlack ||
+               support::descriptors() > world.descriptors + kSlack;
     };
     const double end = ecore_time_get() + kHang;
     while (left_behind() && ecore_time_get() < end) {
@@ -348,9 +343,9 @@ std::string end() {
     }
     std::string left;
     if (left_behind()) {
-        left = std::to_string(entries_of("/proc/self/task")) + " threads of " +
-               std::to_string(world.threads) + ", " + std::to_string(entries_of("/proc/self/fd")) +
-               " descriptors of " + std::to_string(world.descriptors);
+        left = std::to_string(support::threads()) + " threads of " + std::to_string(world.threads) +
+               ", " + std::to_string(support::descriptors()) + " descriptors of " +
+               std::to_string(world.descriptors);
     }
     world.server.reset();
     fs::remove_all(world.folder);

@@ -12,13 +12,13 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
 #include <string>
 
 #include "host_seams.h"
 #include "main_loop.h"
+#include "process_counts.h"
 
 namespace {
 
@@ -33,11 +33,6 @@ constexpr std::array kClips = {"one_second.mp4", "indexed_first.mp4", "fragmente
 constexpr double kLimit = 2.0;
 /// A loaded machine isn't what is tested; a hang is.
 constexpr double kDeadline = 20.0;
-
-std::size_t entries_of(const char *folder) {
-    return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
 
 std::string contents(const std::string &name) {
     std::ifstream file(TESSEL_TEST_MEDIA "/" + name, std::ios::binary);
@@ -54,8 +49,8 @@ protected:
         for (const std::string &whole : wholes_) {
             EXPECT_EQ(play(whole, kDeadline), 0);
         }
-        threads_ = entries_of("/proc/self/task");
-        descriptors_ = entries_of("/proc/self/fd");
+        threads_ = support::threads();
+        descriptors_ = support::descriptors();
     }
     void TearDown() override {
         for (const auto &[code, count] : outcomes_) {
@@ -65,9 +60,9 @@ protected:
         EXPECT_GT(outcomes_[0], 0);
         EXPECT_GT(outcomes_[PLAYER_ERROR_NOT_SUPPORTED_FILE], 0);
         RecordProperty("longest_ms", static_cast<int>(longest_ * 1000));
-        EXPECT_TRUE(support::run_main_loop_until(
-            [&] { return entries_of("/proc/self/task") <= threads_; }, kLimit));
-        EXPECT_LE(entries_of("/proc/self/fd"), descriptors_);
+        EXPECT_TRUE(
+            support::run_main_loop_until([&] { return support::threads() <= threads_; }, kLimit));
+        EXPECT_LE(support::descriptors(), descriptors_);
         seams::reset();
         fs::remove(file_);
     }

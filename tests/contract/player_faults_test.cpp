@@ -23,6 +23,7 @@
 #include "loopback_server.h"
 #include "main_loop.h"
 #include "player/player_host.h"
+#include "process_counts.h"
 #include "short_limits.h"
 
 namespace {
@@ -315,6 +316,52 @@ TEST_F(PlayerFaults, AConnectionThatIsCut) {
     prepare(server.address());
     EXPECT_TRUE(wait_for_error());
     EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_INVALID_OPERATION});
+}
+
+TEST_F(PlayerFaults, ThoseOfANetworkLeaveNothingBehind) {
+    // The libraries below keep some for a while, but not one more each round.
+    constexpr unsigned kRounds = 6;
+    const ShortLimits limits(std::chrono::milliseconds(200), std::chrono::milliseconds(200));
+    const std::string whole = contents("h264_aac.mp4");
+    const std::string part = "HTTP/1.1 200 OK\r\nContent-Type: video/mp4\r\nContent-Length: " +
+                             std::to_string(whole.size()) + "\r\n\r\n" + whole.substr(0, 3000);
+    const LoopbackServer refuses([](int connection) {
+        read_request(connection);
+        send_all(connection,
+                 "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    });
+    const LoopbackServer leaves([&part](int connection) {
+        read_request(connection);
+        send_all(connection, part);
+    });
+    const LoopbackServer falls_silent([&part](int connection) {
+        read_request(connection);
+        send_all(connection, part);
+        wait_for_client_to_go(connection);
+    });
+    const LoopbackServer never_answers([](int connection) {
+        read_request(connection);
+        wait_for_client_to_go(connection);
+    });
+    const auto meet_all = [&] {
+        for (const LoopbackServer *server : {&refuses, &leaves, &falls_silent, &never_answers}) {
+            ASSERT_EQ(player_set_uri(player_, server->address().c_str()), PLAYER_ERROR_NONE);
+            EXPECT_LT(player_prepare(player_), 0);
+        }
+    };
+    // What is loaded on first use stays.
+    meet_all();
+    const std::size_t threads = support::threads();
+    const std::size_t descriptors = support::descriptors();
+    for (unsigned round = 0; round < kRounds; ++round) {
+        meet_all();
+    }
+    EXPECT_TRUE(support::run_main_loop_until([&] {
+        return support::threads() < threads + kRounds &&
+               support::descriptors() < descriptors + kRounds;
+    })) << support::threads()
+        << " threads of " << threads << ", " << support::descriptors() << " descriptors of "
+        << descriptors;
 }
 
 TEST_F(PlayerFaults, AGoodServerIsNoFault) {

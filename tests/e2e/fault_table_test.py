@@ -228,22 +228,24 @@ def _(test):
     return player
 
 
-@given("file deleted while it plays")
-def _(test):
-    path = test.copy(e2e.SHORT)
-    player = test.start(path)
-    player.wait("player==playing")
-    os.unlink(path)
-    return player
+def given_while_it_plays(name, clip, change):
+    @given(name)
+    def _(test):
+        path = test.copy(clip)
+        player = test.start(path)
+        player.wait("player==playing")
+        change(path)
+        return player
 
 
-@given("file replaced while it plays")
-def _(test):
-    path = test.copy(e2e.SHORT)
-    player = test.start(path)
-    player.wait("player==playing")
-    os.replace(fault_media.text(test.path("other")), path)
-    return player
+def replace(path):
+    os.replace(fault_media.text(f"{path}.new"), path)
+
+
+given_while_it_plays("file deleted while it plays", e2e.SHORT, os.unlink)
+given_while_it_plays("file replaced while it plays", e2e.SHORT, replace)
+given_while_it_plays("file cut short while it plays", "h264_aac.mp4",
+                     lambda path: os.truncate(path, 40_000))
 
 
 @given("file that grows while it plays")
@@ -255,15 +257,6 @@ def _(test):
     player.wait("player==playing")
     with open(path, "ab") as file:
         file.write(whole[len(whole) * 3 // 4 :])
-    return player
-
-
-@given("file cut short while it plays")
-def _(test):
-    path = test.copy("h264_aac.mp4")
-    player = test.start(path)
-    player.wait("player==playing")
-    os.truncate(path, 40_000)
     return player
 
 
