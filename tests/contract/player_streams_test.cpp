@@ -28,7 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kDeadline = 10.0;
+/// A checked program on a busy machine takes long to load its first plug-ins.
+constexpr double kDeadline = 40.0;
 
 std::string clip(const std::string &name) {
     return TESSEL_TEST_MEDIA "/" + name;
@@ -347,13 +348,14 @@ TEST_F(PlayerDownload, AFaultBeforeItPlaysLeavesNothingBehind) {
 }
 
 TEST_F(PlayerDownload, AFaultWhileItPlaysLeavesNothingBehind) {
-    const support::ShortLimits limits(std::chrono::milliseconds(60'000),
-                                      std::chrono::milliseconds(500));
     const std::string whole = contents(clip("indexed_first.mp4"));
     const support::MediaServer server(whole, whole.size() - 1000);
     ASSERT_EQ(player_set_progressive_download_path(player_, (folder_ / "kept.mp4").c_str()),
               PLAYER_ERROR_NONE);
     play(server.address());
+    // A busy machine has had the time that it needs to prepare.
+    const support::ShortLimits limits(std::chrono::milliseconds(500),
+                                      std::chrono::milliseconds(500));
     ASSERT_TRUE(until([this] { return error_ != 0; }));
     EXPECT_EQ(error_, PLAYER_ERROR_INVALID_OPERATION);
     EXPECT_TRUE(fs::is_empty(folder_));
