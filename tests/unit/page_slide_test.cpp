@@ -901,6 +901,33 @@ TEST_F(PageSlideTest, PagesAreOutOfReachWhileThePageSlideGoes) {
     (void)asked;
 }
 
+TEST_F(PageSlideTest, WidgetsThatOutliveItByAMomentTellItNothing) {
+    for (const bool with_layout : {false, true}) {
+        if (with_layout) {
+            m_slide = new Slide(m_journal);
+            m_slide->make_layout = true;
+        }
+        create_with_pages(2);
+        bool told = false;
+        m_slide->setPageChangedHandler([&](int) { told = true; });
+        Evas_Object *scroller = m_slide->getScroller();
+        evas_object_event_callback_priority_add(
+            object(), EVAS_CALLBACK_DEL, EVAS_CALLBACK_PRIORITY_AFTER,
+            [](void *data, Evas *, Evas_Object *whole, void *) {
+                auto *scroller = static_cast<Evas_Object *>(data);
+                for (const char *event : {"scroll", "scroll,anim,start", "scroll,anim,stop"}) {
+                    evas_object_smart_callback_call(scroller, event, nullptr);
+                }
+                evas_object_resize(whole, 77, 77);
+            },
+            scroller);
+        m_slide->destroy();
+        m_slide = nullptr;
+        EXPECT_EQ(m_journal, Journal{"slide.gone"});
+        EXPECT_FALSE(told);
+    }
+}
+
 // ---- scrolling
 
 TEST_F(PageSlideTest, ShownPageIsTheCurrentOneAtOnce) {

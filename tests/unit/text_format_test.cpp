@@ -195,6 +195,14 @@ TEST_F(Date, WithoutAPatternLeavesTheGenerator) {
     EXPECT_EQ(mock::fake_i18n().handles(), 1);
 }
 
+TEST_F(Date, NeedsNoMoreThanOneCharacterOfPatternAndText) {
+    EXPECT_CALL(mock::i18n(), i18n_udatepg_get_best_pattern(_, _, _, _, _, _))
+        .WillOnce(DoAll(SetArgPointee<3>(u'y'), SetArgPointee<5>(1), Return(I18N_ERROR_NONE)));
+    EXPECT_CALL(mock::i18n(), i18n_udate_format_date(_, _, _, _, _, _))
+        .WillOnce(DoAll(SetArgPointee<2>(u'7'), SetArgPointee<5>(1), Return(I18N_ERROR_NONE)));
+    EXPECT_EQ(date(), "7");
+}
+
 TEST_F(Date, WithoutAFormatLeavesTheGenerator) {
     EXPECT_CALL(mock::i18n(), i18n_udate_create(_, _, _, _, _, _, _, _))
         .WillOnce(Return(I18N_ERROR_INVALID_FORMAT));
