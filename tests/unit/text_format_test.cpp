@@ -337,6 +337,8 @@ TEST(Resolution, HasACapitalX) {
 TEST(Resolution, NeedsOneSideOnly) {
     EXPECT_EQ(taken(TslUtils::getResolutionToString(0, 720)), "0X720");
     EXPECT_EQ(taken(TslUtils::getResolutionToString(1280, -1)), "1280X-1");
+    EXPECT_EQ(taken(TslUtils::getResolutionToString(1, 0)), "1X0");
+    EXPECT_EQ(taken(TslUtils::getResolutionToString(0, 1)), "0X1");
 }
 
 TEST(Resolution, IsNoneWithoutASide) {
@@ -416,7 +418,14 @@ TEST(ColourCode, HasMoreDigitsForALargerValue) {
     EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(256, 0, 16, 255)), "#1000010ff");
 }
 
+TEST(ColourCode, MayBeAllNought) {
+    EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(0, 0, 0, 0)), "#00000000");
+}
+
 TEST(ColourCode, IsNoneForANegativeValue) {
+    EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(1, -1, 3, 4)), "(null)");
+    EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(1, 2, -1, 4)), "(null)");
+    logs::clear();
     EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(1, 2, 3, -1)), "(null)");
     EXPECT_EQ(taken(TslUtils::getHexColorCodeFromRGBA(-1, 2, 3, 4)), "(null)");
     EXPECT_TRUE(
