@@ -18,6 +18,7 @@ constexpr char no_naviframe[] = "* Critical * NaviframeCtrl is nullptr.";
 constexpr char dismissed[] = "Dismissed callback of one button popup.";
 
 std::map<const Evas_Object *, std::string> text_domains;
+bool refuse_popups = false;
 
 }  // namespace
 
@@ -29,6 +30,13 @@ extern "C" void elm_object_domain_translatable_part_text_set(Evas_Object *object
             dlsym(RTLD_NEXT, "elm_object_domain_translatable_part_text_set"));
     text_domains[object] = domain != nullptr ? domain : "";
     set(object, part, domain, text);
+}
+
+/// The same: popups can't be refused otherwise.
+extern "C" Evas_Object *elm_popup_add(Evas_Object *parent) {
+    static const auto add =
+        reinterpret_cast<decltype(&elm_popup_add)>(dlsym(RTLD_NEXT, "elm_popup_add"));
+    return refuse_popups ? nullptr : add(parent);
 }
 
 namespace {
@@ -202,6 +210,17 @@ TEST_F(PlayerPopups, TheOneButtonPopupShowsItsTextInALayout) {
     EXPECT_EQ(id_of(content), unsupported);
     EXPECT_EQ(text_of(content), translated(unsupported));
     EXPECT_DOUBLE_EQ(elm_popup_timeout_get(popup()), 0.0);
+}
+
+TEST_F(PlayerPopups, WithoutAPopupThereIsNoContent) {
+    refuse_popups = true;
+    std::string id(unsupported);
+    emit(SIGNAL_POPUP_ERROR_ONE_BUTTON, id.data());
+    refuse_popups = false;
+    EXPECT_TRUE(LoggedInOrder({logs::info("Lamda to set content to popup."),
+                               logs::error("* Critical * Parent is nullptr.")}));
+    EXPECT_EQ(popup(), nullptr);
+    EXPECT_FALSE(was_emitted(SIGNAL_APP_TERMINATE));
 }
 
 TEST_F(PlayerPopups, TheButtonShowsACheck) {
