@@ -4,12 +4,10 @@
 #include <dlog.h>
 #include <libintl.h>
 
-#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <memory>
 
 #include "TslExpandedUtils.h"
@@ -21,6 +19,7 @@
 #include "mock_platform/mock_uxt.h"
 #include "private_member.h"
 #include "screen_fixture.h"
+#include "toolkit_timers.h"
 
 extern "C" int _nl_msg_cat_cntr;
 
@@ -47,21 +46,6 @@ struct Gestures {
     std::vector<Callback> callbacks;
 };
 Gestures g_gestures;
-
-/// The toolkit's timers by their seconds: how many were made, and which nobody has deleted.
-struct Timers {
-    std::vector<double> made;
-    std::map<Ecore_Timer *, double> kept;
-
-    [[nodiscard]] auto count_made(double seconds) const {
-        return std::count(made.begin(), made.end(), seconds);
-    }
-    [[nodiscard]] auto count_kept(double seconds) const {
-        return std::count_if(kept.begin(), kept.end(),
-                             [seconds](const auto &timer) { return timer.second == seconds; });
-    }
-};
-Timers g_timers;
 
 template <typename Function>
 Function *toolkits_own(const char *name) {
@@ -90,18 +74,6 @@ void elm_gesture_layer_cb_set(Evas_Object *layer, Elm_Gesture_Type type, Elm_Ges
         toolkits_own<decltype(elm_gesture_layer_cb_set)>("elm_gesture_layer_cb_set");
     g_gestures.callbacks.push_back({type, state, function, data});
     own(layer, type, state, function, data);
-}
-Ecore_Timer *ecore_timer_add(double interval, Ecore_Task_Cb function, const void *data) {
-    static auto *const own = toolkits_own<decltype(ecore_timer_add)>("ecore_timer_add");
-    Ecore_Timer *const timer = own(interval, function, data);
-    g_timers.made.push_back(interval);
-    g_timers.kept[timer] = interval;
-    return timer;
-}
-void *ecore_timer_del(Ecore_Timer *timer) {
-    static auto *const own = toolkits_own<decltype(ecore_timer_del)>("ecore_timer_del");
-    g_timers.kept.erase(timer);
-    return own(timer);
 }
 }
 
@@ -150,7 +122,7 @@ class PlayerViewTest : public screens::ScreenTest {
 protected:
     void SetUp() override {
         g_gestures = Gestures{};
-        g_timers = Timers{};
+        toolkit::timers = toolkit::Timers{};
         ScreenTest::SetUp();
         m_view = new TslPlayerView();
     }
@@ -606,7 +578,8 @@ TEST_F(PlayerViewVisibility, TapHidesShownControlsAtOnce) {
     tap_beside_the_controls();
     EXPECT_THAT(signals(), ElementsAre(hide_more, hide_content));
     EXPECT_TRUE(support::run_main_loop_until([this] { return !controls_visible(); }, 1.0));
-    EXPECT_EQ(g_timers.count_kept(hide_delay_s), 0) << "nothing stays behind to hide them again";
+    EXPECT_EQ(toolkit::timers.count_kept(hide_delay_s), 0)
+        << "nothing stays behind to hide them again";
 }
 
 TEST_F(PlayerViewVisibility, ControlsHideAfterThreeSeconds) {
@@ -623,10 +596,10 @@ TEST_F(PlayerViewVisibility, ControlsHideAfterThreeSeconds) {
 TEST_F(PlayerViewVisibility, ShowingShownControlsLeavesTheTimer) {
     push_hidden();
     view().showPlayViewUi();
-    g_timers.made.clear();
+    toolkit::timers.made.clear();
     view().showPlayViewUi();
-    EXPECT_EQ(g_timers.count_made(hide_delay_s), 0);
-    EXPECT_EQ(g_timers.count_kept(hide_delay_s), 1);
+    EXPECT_EQ(toolkit::timers.count_made(hide_delay_s), 0);
+    EXPECT_EQ(toolkit::timers.count_kept(hide_delay_s), 1);
 }
 
 TEST_F(PlayerViewVisibility, PressOfPlayKeepsTheControlsForAnotherThreeSeconds) {
@@ -640,10 +613,10 @@ TEST_F(PlayerViewVisibility, PressOfPlayKeepsTheControlsForAnotherThreeSeconds) 
 
 TEST_F(PlayerViewVisibility, DetentRestartsTheThreeSeconds) {
     push_shown();
-    g_timers.made.clear();
+    toolkit::timers.made.clear();
     ASSERT_TRUE(mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 5));
-    EXPECT_EQ(g_timers.count_made(hide_delay_s), 1);
-    EXPECT_EQ(g_timers.count_kept(hide_delay_s), 1);
+    EXPECT_EQ(toolkit::timers.count_made(hide_delay_s), 1);
+    EXPECT_EQ(toolkit::timers.count_kept(hide_delay_s), 1);
     support::run_loop_turns();
     EXPECT_THAT(signals(), IsEmpty());
 }
@@ -664,7 +637,7 @@ TEST_F(PlayerViewVisibility, TapLeavesShownControlsUnderAScreenReader) {
 }
 
 TEST_F(PlayerViewVisibility, ExpiryChangesNothingUnderAScreenReader) {
-    g_timers.made.clear();
+    toolkit::timers.made.clear();
     push_shown();
     mock::fake_uxt().set_screen_reader(true);
     // The timer that was started when the controls came expires, and isn't started again.
@@ -672,7 +645,7 @@ TEST_F(PlayerViewVisibility, ExpiryChangesNothingUnderAScreenReader) {
         [] { return static_cast<bool>(LoggedIn("_hidePlayViewUi", DLOG_INFO, "")); }));
     EXPECT_THAT(signals(), IsEmpty());
     EXPECT_TRUE(controls_visible());
-    EXPECT_EQ(g_timers.count_made(hide_delay_s), 1);
+    EXPECT_EQ(toolkit::timers.count_made(hide_delay_s), 1);
 }
 
 TEST_F(PlayerViewVisibility, WhatStartsTheThreeSecondsAnewDoesSoBeforeItReports) {
@@ -680,9 +653,9 @@ TEST_F(PlayerViewVisibility, WhatStartsTheThreeSecondsAnewDoesSoBeforeItReports)
     std::vector<std::pair<TslSignalType, std::ptrdiff_t>> started;
     unsigned int listener = TslSignalMgr::getInstance()->getSignal().addListener(
         [&started](TslSignalType type, void *) {
-            started.emplace_back(type, g_timers.count_made(hide_delay_s));
+            started.emplace_back(type, toolkit::timers.count_made(hide_delay_s));
         });
-    g_timers.made.clear();
+    toolkit::timers.made.clear();
     tap(button("play"));
     tap(button("displaymode"));
     mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1);
@@ -690,15 +663,15 @@ TEST_F(PlayerViewVisibility, WhatStartsTheThreeSecondsAnewDoesSoBeforeItReports)
     EXPECT_THAT(started, ElementsAre(std::pair(SIGNAL_PLAYER_VIEW_PLAY_OR_PAUSE, 1),
                                      std::pair(SIGNAL_PLAYER_VIEW_CHANGE_DISPLAY_MODE, 2),
                                      std::pair(SIGNAL_PLAYER_VIEW_ROTARY_EVENT, 3)));
-    EXPECT_EQ(g_timers.count_made(hide_delay_s), 3);
+    EXPECT_EQ(toolkit::timers.count_made(hide_delay_s), 3);
 }
 
 TEST_F(PlayerViewVisibility, DetentThatShowsTheControlsStartsTheTimeTwice) {
     push_hidden();
-    g_timers.made.clear();
+    toolkit::timers.made.clear();
     mock::fake_rotary().detent(EEXT_ROTARY_DIRECTION_CLOCKWISE, 1);
-    EXPECT_EQ(g_timers.count_made(hide_delay_s), 2);
-    EXPECT_EQ(g_timers.count_kept(hide_delay_s), 1);
+    EXPECT_EQ(toolkit::timers.count_made(hide_delay_s), 2);
+    EXPECT_EQ(toolkit::timers.count_kept(hide_delay_s), 1);
 }
 
 using PlayerViewRotary = PlayerViewTest;
@@ -792,21 +765,21 @@ TEST_F(PlayerViewTimes, ReportsAMissingLayout) {
 TEST_F(PlayerViewTimes, AsksForTheTimesThreeTimesASecondUntilStopped) {
     push_hidden();
     view().createProgressTimer();
-    EXPECT_EQ(g_timers.count_kept(progress_s), 1);
+    EXPECT_EQ(toolkit::timers.count_kept(progress_s), 1);
     ASSERT_TRUE(support::run_main_loop_until([this] { return emissions().size() >= 3; }));
     for (const Emission &emission : emissions()) {
         EXPECT_EQ(emission, Emission(SIGNAL_PLAYER_VIEW_PROGRESS_TICK, 0));
     }
     view().destroyProgressTimer();
-    EXPECT_EQ(g_timers.count_kept(progress_s), 0);
+    EXPECT_EQ(toolkit::timers.count_kept(progress_s), 0);
 }
 
 TEST_F(PlayerViewTimes, HasOneTimerHoweverOftenItIsCreated) {
     push_hidden();
     view().createProgressTimer();
     view().createProgressTimer();
-    EXPECT_EQ(g_timers.count_made(progress_s), 2);
-    EXPECT_EQ(g_timers.count_kept(progress_s), 1);
+    EXPECT_EQ(toolkit::timers.count_made(progress_s), 2);
+    EXPECT_EQ(toolkit::timers.count_kept(progress_s), 1);
 }
 
 using PlayerViewItem = PlayerViewTest;
@@ -831,11 +804,11 @@ TEST_F(PlayerViewItem, TakesEverythingAlongWhenItGoes) {
     view().createProgressTimer();
     logs::clear();
     forget_emissions();
-    ASSERT_EQ(g_timers.count_kept(hide_delay_s), 1);
-    ASSERT_EQ(g_timers.count_kept(progress_s), 1);
+    ASSERT_EQ(toolkit::timers.count_kept(hide_delay_s), 1);
+    ASSERT_EQ(toolkit::timers.count_kept(progress_s), 1);
     view().destroy();
-    EXPECT_EQ(g_timers.count_kept(hide_delay_s), 0);
-    EXPECT_EQ(g_timers.count_kept(progress_s), 0);
+    EXPECT_EQ(toolkit::timers.count_kept(hide_delay_s), 0);
+    EXPECT_EQ(toolkit::timers.count_kept(progress_s), 0);
     EXPECT_TRUE(LoggedInfo("It is destroying gesture layer."));
     EXPECT_EQ(naviframe().getTopContentView(), nullptr);
     support::run_main_loop_for(0.5);

@@ -1,23 +1,26 @@
-// The volume screen closes by itself, and leaves nothing behind. In real time: each test takes the
-// seconds that the screen takes.
+// The volume screen closes by itself, and leaves nothing behind.
 
+#include "toolkit_timers.h"
 #include "volume_view_fixture.h"
 
 namespace {
 
+using toolkit::timers;
+
 class VolumeViewClosing : public screens::VolumeViewTest {
 protected:
-    static constexpr double slack_s = 0.6;
-
-    /// Lets so much of the time pass that only input can keep the screen.
-    void almost_close() {
-        support::run_main_loop_for(close_delay_s - 0.6);
-        ASSERT_TRUE(alive());
+    void push_shown_with_time() {
+        push_shown(5);
+        ASSERT_EQ(timers.count_kept(close_delay_s), 1);
+        timers.made.clear();
     }
-    /// Whether the screen stays longer than it would without the input just made, and goes then.
-    [[nodiscard]] bool starts_anew() const {
-        support::run_main_loop_for(1.0);
-        return alive() && closes(close_delay_s + slack_s);
+    /// The three seconds have begun again, and those before are over.
+    [[nodiscard]] static bool started_anew() {
+        return timers.count_made(close_delay_s) == 1 && timers.count_kept(close_delay_s) == 1;
+    }
+    void SetUp() override {
+        timers = toolkit::Timers{};
+        VolumeViewTest::SetUp();
     }
 };
 
@@ -33,52 +36,70 @@ TEST_F(VolumeViewClosing, ThreeSecondsWithoutInputCloseTheScreen) {
 
 TEST_F(VolumeViewClosing, APressKeepsItForAnotherThreeSeconds) {
     push_shown(5);
-    almost_close();
+    support::run_main_loop_for(close_delay_s - 0.6);
+    ASSERT_TRUE(alive());
     press(plus_part);
-    EXPECT_TRUE(starts_anew());
+    support::run_main_loop_for(1.0);
+    EXPECT_TRUE(alive());
+    EXPECT_TRUE(closes(close_delay_s + 0.6));
+}
+
+TEST_F(VolumeViewClosing, EachPressStartsTheTimeAnew) {
+    push_shown_with_time();
+    for (const char *name : {plus_part, minus_part, mute_part}) {
+        timers.made.clear();
+        press(name);
+        EXPECT_TRUE(started_anew()) << name;
+    }
 }
 
 TEST_F(VolumeViewClosing, ATouchInTheMiddleKeepsItToo) {
-    push_shown(5);
-    almost_close();
+    push_shown_with_time();
     tap(screen_size / 2, screen_size * 2 / 5);
-    EXPECT_TRUE(starts_anew());
+    EXPECT_TRUE(started_anew());
 }
 
 TEST_F(VolumeViewClosing, ALevelOnItsWayKeepsIt) {
-    push_shown(5);
-    almost_close();
+    push_shown_with_time();
     view().setVolume(6);
-    EXPECT_TRUE(starts_anew());
+    EXPECT_TRUE(started_anew());
 }
 
 TEST_F(VolumeViewClosing, ALevelThatIsThereDoesnt) {
-    push_shown(5);
-    almost_close();
+    push_shown_with_time();
     view().setVolume(5);
-    EXPECT_TRUE(closes(1.0));
+    EXPECT_EQ(timers.count_made(close_delay_s), 0);
+    EXPECT_EQ(timers.count_kept(close_delay_s), 1);
+}
+
+TEST_F(VolumeViewClosing, TheEndOfTheTimeWithoutTheViewIsHarmless) {
+    push_shown(5);
+    void *const instance = evas_object_data_del(base(), "__@WViewInstance");
+    EXPECT_TRUE(support::run_main_loop_until(
+        [] { return bool(LoggedWarn("pVolumeView is not existed.")); }));
+    EXPECT_TRUE(alive());
+    evas_object_data_set(base(), "__@WViewInstance", instance);
 }
 
 TEST_F(VolumeViewClosing, UnderAScreenReaderItStays) {
     mock::fake_uxt().set_screen_reader(true);
     push(5);
     EXPECT_TRUE(LoggedInfo("m_pScreenReaderCtrl->isEnabledToAccessAccessibility() == true"));
-    support::run_main_loop_for(close_delay_s + 0.5);
-    EXPECT_TRUE(alive());
-    EXPECT_TRUE(NotLogged("This is lamda for _createVolumeViewUiTimer()"));
+    EXPECT_EQ(timers.count_made(close_delay_s), 0);
 }
 
 TEST_F(VolumeViewClosing, APressUnderAScreenReaderEndsTheTime) {
-    push_shown(5);
+    push_shown_with_time();
     mock::fake_uxt().set_screen_reader(true);
     press(minus_part);
-    EXPECT_FALSE(closes(close_delay_s + 0.5));
+    EXPECT_EQ(timers.count_kept(close_delay_s), 0);
 }
 
 TEST_F(VolumeViewClosing, ThePopTakesTimersAndButtonsAway) {
     push_shown(5);
     view().setVolume(12);
     view().pop();
+    EXPECT_EQ(timers.count_kept(close_delay_s), 0);
     logs::clear();
     EXPECT_EQ(button(plus_part), nullptr);
     EXPECT_EQ(button(minus_part), nullptr);
@@ -95,8 +116,9 @@ TEST_F(VolumeViewClosing, ALevelAfterThePopIsHarmless) {
     view().setVolume(12);
     EXPECT_TRUE(LoggedError("* Critical * The plus button is nullptr."));
     ASSERT_TRUE(closes(1.0));
+    EXPECT_EQ(timers.count_kept(close_delay_s), 0);
     logs::clear();
-    support::run_main_loop_for(close_delay_s + 0.3);
+    support::run_main_loop_for(0.1);
     EXPECT_TRUE(NotLogged("This is lamda"));
 }
 
@@ -106,8 +128,9 @@ TEST_F(VolumeViewClosing, ADestroyedScreenLeavesNothingBehind) {
     view().destroy();
     EXPECT_FALSE(alive());
     EXPECT_EQ(mock::fake_circle().live(), 0);
+    EXPECT_EQ(timers.count_kept(close_delay_s), 0);
     logs::clear();
-    support::run_main_loop_for(close_delay_s + 0.3);
+    support::run_main_loop_for(0.1);
     EXPECT_TRUE(NotLogged("This is lamda"));
 }
 
