@@ -246,9 +246,6 @@ TslPlayerViewInside::~TslPlayerViewInside() {
 
 Evas_Object *TslPlayerViewInside::_createView(Evas_Object *pParent) {
     m_pBaseLayout = TslUtils::createLayout(pParent, TSL_EDJ_FILE, BASE_GROUP);
-    if (m_pBaseLayout == nullptr) {
-        return nullptr;
-    }
     eext_rotary_object_event_callback_add(m_pBaseLayout, _rotaryEventCbForSetPosition, this);
     eext_rotary_object_event_activated_set(m_pBaseLayout, EINA_TRUE);
 

@@ -298,6 +298,10 @@ TEST_F(PlayerViewLayout, IsNotPushedWithoutItsTheme) {
     EXPECT_FALSE(naviframe().push(&view(), "tsl_player_view"));
     EXPECT_TRUE(
         LoggedError("* Critical * It is failed to set layout of tsl.player.view.base.layout"));
+    EXPECT_TRUE(LoggedError("* Critical * It is failed to create Gesture Layout."));
+    EXPECT_TRUE(LoggedTimes(3, DLOG_INFO, "There is no pParent."));
+    EXPECT_TRUE(
+        LoggedTimes(3, DLOG_ERROR, "* Critical * It is failed to create play/pause button."));
     view().destroy();
 }
 
