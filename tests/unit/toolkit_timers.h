@@ -7,8 +7,8 @@
 #include <map>
 #include <vector>
 
-/// The toolkit's timers, told by their seconds: a test sees what will come, and needn't wait for it.
-/// For a test of one source: the program's calls come through here.
+/// The toolkit's timers, told by their seconds: a test sees what will come, and needn't wait for
+/// it. For a test of one source: the program's calls come through here.
 namespace toolkit {
 
 struct Timers {
