@@ -12,26 +12,36 @@ namespace {
 
 constexpr std::string_view kVorbisDecoder = "vorbisdec";
 constexpr std::string_view kIdentification = "\x01vorbis";
-/// Behind the name, the version and the number of channels.
-constexpr std::size_t kRatePlace = kIdentification.size() + 4 + 1;
+/// Behind the name and the version.
+constexpr std::size_t kChannelsPlace = kIdentification.size() + 4;
+constexpr std::size_t kRatePlace = kChannelsPlace + 1;
+/// As many as GStreamer has places for loudspeakers.
+constexpr std::uint8_t kMostChannels = 64;
 
-bool has_impossible_rate(GstBuffer *buffer) {
+bool is_impossible(std::string_view header) {
+    std::uint32_t rate = 0;
+    if (!header.starts_with(kIdentification) || header.size() < kRatePlace + sizeof rate) {
+        return false;
+    }
+    std::memcpy(&rate, header.data() + kRatePlace, sizeof rate);
+    rate = GUINT32_FROM_LE(rate);
+    return static_cast<std::uint8_t>(header[kChannelsPlace]) > kMostChannels ||
+           rate > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
+}
+
+bool is_impossible(GstBuffer *buffer) {
     GstMapInfo map;
     if (buffer == nullptr || !gst_buffer_map(buffer, &map, GST_MAP_READ)) {
         return false;
     }
-    const std::string_view data(reinterpret_cast<const char *>(map.data), map.size);
-    std::uint32_t rate = 0;
-    if (data.starts_with(kIdentification) && data.size() >= kRatePlace + sizeof rate) {
-        std::memcpy(&rate, data.data() + kRatePlace, sizeof rate);
-        rate = GUINT32_FROM_LE(rate);
-    }
+    const bool impossible =
+        is_impossible(std::string_view(reinterpret_cast<const char *>(map.data), map.size));
     gst_buffer_unmap(buffer, &map);
-    return rate > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
+    return impossible;
 }
 
 /// Demuxers give the headers with the format, too.
-bool has_impossible_rate(GstEvent *event) {
+bool is_impossible(GstEvent *event) {
     if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
         return false;
     }
@@ -45,7 +55,7 @@ bool has_impossible_rate(GstEvent *event) {
     for (guint index = 0; index < count; ++index) {
         const GValue *header = gst_value_array_get_value(headers, index);
         if (GST_VALUE_HOLDS_BUFFER(header) != FALSE &&
-            has_impossible_rate(gst_value_get_buffer(header))) {
+            is_impossible(gst_value_get_buffer(header))) {
             return true;
         }
     }
@@ -54,8 +64,8 @@ bool has_impossible_rate(GstEvent *event) {
 
 GstPadProbeReturn guard(GstPad *, GstPadProbeInfo *info, gpointer) {
     const bool impossible = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0
-                                ? has_impossible_rate(GST_PAD_PROBE_INFO_BUFFER(info))
-                                : has_impossible_rate(GST_PAD_PROBE_INFO_EVENT(info));
+                                ? is_impossible(GST_PAD_PROBE_INFO_BUFFER(info))
+                                : is_impossible(GST_PAD_PROBE_INFO_EVENT(info));
     return impossible ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
 }
 

@@ -66,10 +66,13 @@ ffmpeg -nostdin -v error -i video_only.mp4 -c copy -bsf:v h264_mp4toannexb -f h2
 at=$(($(LC_ALL=C grep -abo stco video_only.mp4 | cut -d: -f1) + 12))
 cp video_only.mp4 lost_index.mp4
 printf '\177\377\377\377' | dd of=lost_index.mp4 bs=1 seek="$at" conv=notrunc status=none
-# A rate of sound beyond all numbers, which follows the name, the version and the channels.
-ffmpeg -nostdin -v error -y $tone -t 1 -c:a libvorbis endless_rate.webm
-at=$(($(LC_ALL=C grep -aboP '\x01vorbis' endless_rate.webm | head -n 1 | cut -d: -f1) + 12))
-printf '\377\377\377\377' | dd of=endless_rate.webm bs=1 seek="$at" conv=notrunc status=none
+# Sound with more channels than there are places for loudspeakers, and with a rate beyond all
+# numbers: both follow the name and the version.
+ffmpeg -nostdin -v error -y $tone -t 1 -c:a libvorbis countless_channels.webm
+at=$(($(LC_ALL=C grep -aboP '\x01vorbis' countless_channels.webm | head -n 1 | cut -d: -f1) + 11))
+cp countless_channels.webm endless_rate.webm
+printf '\136' | dd of=countless_channels.webm bs=1 seek="$at" conv=notrunc status=none
+printf '\377\377\377\377' | dd of=endless_rate.webm bs=1 seek=$((at + 1)) conv=notrunc status=none
 : >empty.mp4
 printf 'This is a text.\nIt is no video.\n' >text.mp4
 head -c 65536 /dev/zero >zeros.mp4
