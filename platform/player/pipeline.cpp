@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "player/decoder_tuning.h"
-#include "player/sound_headers.h"
+#include "player/sound_guards.h"
 #include "player/subtitle_file.h"
 
 namespace host {
@@ -390,7 +390,7 @@ void Pipeline::introduce(GstElement *source) const {
 
 void Pipeline::handle_element(GstBin *, GstBin *, GstElement *element, gpointer pipeline) {
     tune_if_video_decoder(element);
-    guard_if_sound_decoder(element);
+    guard_sound(element);
     auto *self = static_cast<Pipeline *>(pipeline);
     self->download_.take(element);
 }

@@ -189,6 +189,10 @@ TEST_F(PlayerFaults, ASoundWithMoreChannelsThanLoudspeakersHavePlaces) {
     expect_fault(clip("countless_channels.webm"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
 }
 
+TEST_F(PlayerFaults, ASoundWithMoreChannelsThanCanBeMixed) {
+    expect_fault(clip("many_channels.wav"), PLAYER_ERROR_NOT_SUPPORTED_FILE);
+}
+
 TEST_F(PlayerFaults, Folder) {
     expect_fault(folder_, PLAYER_ERROR_INVALID_OPERATION);
 }

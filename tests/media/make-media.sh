@@ -73,6 +73,9 @@ at=$(($(LC_ALL=C grep -aboP '\x01vorbis' countless_channels.webm | head -n 1 | c
 cp countless_channels.webm endless_rate.webm
 printf '\136' | dd of=countless_channels.webm bs=1 seek="$at" conv=notrunc status=none
 printf '\377\377\377\377' | dd of=endless_rate.webm bs=1 seek=$((at + 1)) conv=notrunc status=none
+# Sound in as many channels as GStreamer can't mix any more. With 24 bits the header is of the kind
+# that may tell so many.
+ffmpeg -nostdin -v error -y -f s24le -ar 8000 -ac 64 -t 0.5 -i /dev/zero -c copy many_channels.wav
 : >empty.mp4
 printf 'This is a text.\nIt is no video.\n' >text.mp4
 head -c 65536 /dev/zero >zeros.mp4

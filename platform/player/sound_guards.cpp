@@ -1,4 +1,4 @@
-#include "player/sound_headers.h"
+#include "player/sound_guards.h"
 
 #include <cstdint>
 #include <cstring>
@@ -10,13 +10,14 @@
 namespace host {
 namespace {
 
+/// As many as GStreamer mixes: less than it has places for loudspeakers.
+constexpr int kMostChannels = 63;
+constexpr std::string_view kMixer = "audioconvert";
 constexpr std::string_view kVorbisDecoder = "vorbisdec";
 constexpr std::string_view kIdentification = "\x01vorbis";
 /// Behind the name and the version.
 constexpr std::size_t kChannelsPlace = kIdentification.size() + 4;
 constexpr std::size_t kRatePlace = kChannelsPlace + 1;
-/// As many as GStreamer has places for loudspeakers.
-constexpr std::uint8_t kMostChannels = 64;
 
 bool is_impossible(std::string_view header) {
     std::uint32_t rate = 0;
@@ -41,14 +42,8 @@ bool is_impossible(GstBuffer *buffer) {
 }
 
 /// Demuxers give the headers with the format, too.
-bool is_impossible(GstEvent *event) {
-    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
-        return false;
-    }
-    GstCaps *caps = nullptr;
-    gst_event_parse_caps(event, &caps);
-    const GValue *headers =
-        gst_structure_get_value(gst_caps_get_structure(caps, 0), "streamheader");
+bool has_impossible_header(const GstStructure *format) {
+    const GValue *headers = gst_structure_get_value(format, "streamheader");
     const guint count = headers != nullptr && GST_VALUE_HOLDS_ARRAY(headers) != FALSE
                             ? gst_value_array_get_size(headers)
                             : 0;
@@ -62,6 +57,22 @@ bool is_impossible(GstEvent *event) {
     return false;
 }
 
+bool has_too_many_channels(const GstStructure *format) {
+    int channels = 0;
+    return gst_structure_get_int(format, "channels", &channels) != FALSE &&
+           channels > kMostChannels;
+}
+
+bool is_impossible(GstEvent *event) {
+    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
+        return false;
+    }
+    GstCaps *caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    const GstStructure *format = gst_caps_get_structure(caps, 0);
+    return has_too_many_channels(format) || has_impossible_header(format);
+}
+
 GstPadProbeReturn guard(GstPad *, GstPadProbeInfo *info, gpointer) {
     const bool impossible = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0
                                 ? is_impossible(GST_PAD_PROBE_INFO_BUFFER(info))
@@ -71,9 +82,10 @@ GstPadProbeReturn guard(GstPad *, GstPadProbeInfo *info, gpointer) {
 
 }  // namespace
 
-void guard_if_sound_decoder(GstElement *element) {
+void guard_sound(GstElement *element) {
     GstElementFactory *factory = gst_element_get_factory(element);
-    if (factory == nullptr || kVorbisDecoder != GST_OBJECT_NAME(factory)) {
+    if (factory == nullptr ||
+        (kVorbisDecoder != GST_OBJECT_NAME(factory) && kMixer != GST_OBJECT_NAME(factory))) {
         return;
     }
     const GstObjectPtr<GstPad> sink(gst_element_get_static_pad(element, "sink"));
