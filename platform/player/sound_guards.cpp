@@ -19,65 +19,77 @@ constexpr std::string_view kIdentification = "\x01vorbis";
 constexpr std::size_t kChannelsPlace = kIdentification.size() + 4;
 constexpr std::size_t kRatePlace = kChannelsPlace + 1;
 
-bool is_impossible(std::string_view header) {
+constexpr char kTooManyChannels[] = "the sound has too many channels";
+constexpr char kRateBeyondNumbers[] = "the sound has a rate beyond all numbers";
+
+/// What these give is why the sound can't be played; null: nothing is known against it.
+using Reason = const char *;
+
+Reason fault_of_header(std::string_view header) {
     std::uint32_t rate = 0;
     if (!header.starts_with(kIdentification) || header.size() < kRatePlace + sizeof rate) {
-        return false;
+        return nullptr;
     }
     std::memcpy(&rate, header.data() + kRatePlace, sizeof rate);
-    rate = GUINT32_FROM_LE(rate);
-    return static_cast<std::uint8_t>(header[kChannelsPlace]) > kMostChannels ||
-           rate > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
+    if (GUINT32_FROM_LE(rate) >
+        static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
+        return kRateBeyondNumbers;
+    }
+    return static_cast<std::uint8_t>(header[kChannelsPlace]) > kMostChannels ? kTooManyChannels
+                                                                             : nullptr;
 }
 
-bool is_impossible(GstBuffer *buffer) {
+Reason fault_of(GstBuffer *buffer) {
     GstMapInfo map;
     if (buffer == nullptr || !gst_buffer_map(buffer, &map, GST_MAP_READ)) {
-        return false;
+        return nullptr;
     }
-    const bool impossible =
-        is_impossible(std::string_view(reinterpret_cast<const char *>(map.data), map.size));
+    const Reason reason =
+        fault_of_header(std::string_view(reinterpret_cast<const char *>(map.data), map.size));
     gst_buffer_unmap(buffer, &map);
-    return impossible;
+    return reason;
 }
 
 /// Demuxers give the headers with the format, too.
-bool has_impossible_header(const GstStructure *format) {
+Reason fault_of_headers(const GstStructure *format) {
     const GValue *headers = gst_structure_get_value(format, "streamheader");
     const guint count = headers != nullptr && GST_VALUE_HOLDS_ARRAY(headers) != FALSE
                             ? gst_value_array_get_size(headers)
                             : 0;
-    for (guint index = 0; index < count; ++index) {
+    Reason reason = nullptr;
+    for (guint index = 0; index < count && reason == nullptr; ++index) {
         const GValue *header = gst_value_array_get_value(headers, index);
-        if (GST_VALUE_HOLDS_BUFFER(header) != FALSE &&
-            is_impossible(gst_value_get_buffer(header))) {
-            return true;
+        if (GST_VALUE_HOLDS_BUFFER(header) != FALSE) {
+            reason = fault_of(gst_value_get_buffer(header));
         }
     }
-    return false;
+    return reason;
 }
 
-bool has_too_many_channels(const GstStructure *format) {
-    int channels = 0;
-    return gst_structure_get_int(format, "channels", &channels) != FALSE &&
-           channels > kMostChannels;
-}
-
-bool is_impossible(GstEvent *event) {
+Reason fault_of(GstEvent *event) {
     if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
-        return false;
+        return nullptr;
     }
     GstCaps *caps = nullptr;
     gst_event_parse_caps(event, &caps);
     const GstStructure *format = gst_caps_get_structure(caps, 0);
-    return has_too_many_channels(format) || has_impossible_header(format);
+    int channels = 0;
+    if (gst_structure_get_int(format, "channels", &channels) != FALSE && channels > kMostChannels) {
+        return kTooManyChannels;
+    }
+    return fault_of_headers(format);
 }
 
-GstPadProbeReturn guard(GstPad *, GstPadProbeInfo *info, gpointer) {
-    const bool impossible = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0
-                                ? is_impossible(GST_PAD_PROBE_INFO_BUFFER(info))
-                                : is_impossible(GST_PAD_PROBE_INFO_EVENT(info));
-    return impossible ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+GstPadProbeReturn guard(GstPad *pad, GstPadProbeInfo *info, gpointer) {
+    const Reason reason = (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0
+                              ? fault_of(GST_PAD_PROBE_INFO_BUFFER(info))
+                              : fault_of(GST_PAD_PROBE_INFO_EVENT(info));
+    if (reason == nullptr) {
+        return GST_PAD_PROBE_OK;
+    }
+    const GstObjectPtr<GstElement> element(gst_pad_get_parent_element(pad));
+    GST_ELEMENT_ERROR(element.get(), STREAM, DECODE, ("%s", reason), (nullptr));
+    return GST_PAD_PROBE_DROP;
 }
 
 }  // namespace

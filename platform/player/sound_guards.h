@@ -6,9 +6,8 @@ namespace host {
 
 /// Keeps from the elements of the pipeline what GStreamer doesn't survive: from a Vorbis decoder
 /// the headers that tell a rate beyond its numbers or more channels than it has places for
-/// loudspeakers, and from what mixes channels more of them than it can take. They then find no
-/// header and no format, and report a fault. Elements of other kinds are left alone. Any thread,
-/// before data flows.
+/// loudspeakers, and from what mixes channels more of them than it can take. The element reports
+/// the fault instead. Elements of other kinds are left alone. Any thread, before data flows.
 void guard_sound(GstElement *element);
 
 }  // namespace host

@@ -86,6 +86,8 @@ given_file("0 pictures a second", fault_media.without_rate)
 given_file("fragments, the last one unfinished", fault_media.fragmented_unfinished)
 given_file("sound with a rate beyond all numbers",
            lambda path: shutil.copy(e2e.clip("endless_rate.webm"), path), "webm")
+given_file("sound in 64 channels",
+           lambda path: shutil.copy(e2e.clip("many_channels.wav"), path), "wav")
 given("file that isn't there")(lambda test: test.start(test.path("nothing.mp4")))
 given("folder")(lambda test: test.start(test.directory))
 given("device")(lambda test: test.start("/dev/zero"))
