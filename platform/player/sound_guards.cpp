@@ -87,11 +87,8 @@ GstPadProbeReturn guard(GstPad *pad, GstPadProbeInfo *info, gpointer) {
     if (reason == nullptr) {
         return GST_PAD_PROBE_OK;
     }
-    // None while the pipeline is being taken down.
     const GstObjectPtr<GstElement> element(gst_pad_get_parent_element(pad));
-    if (element) {
-        GST_ELEMENT_ERROR(element.get(), STREAM, DECODE, ("%s", reason), (nullptr));
-    }
+    GST_ELEMENT_ERROR(element.get(), STREAM, DECODE, ("%s", reason), (nullptr));
     return GST_PAD_PROBE_DROP;
 }
 

@@ -271,13 +271,17 @@ def _(test):
     return player
 
 
+def leave_descriptors(player, count):
+    pid = player.child.pid
+    limit = max(map(int, os.listdir(f"/proc/{pid}/fd"))) + 1 + count
+    resource.prlimit(pid, resource.RLIMIT_NOFILE, (limit, limit))
+
+
 @given("out of descriptors")
 def _(test):
     player = test.play(e2e.LONG)
-    pid = player.child.pid
     # Enough for the tool that launches, and not for a playback.
-    spare = max(map(int, os.listdir(f"/proc/{pid}/fd"))) + 8
-    resource.prlimit(pid, resource.RLIMIT_NOFILE, (spare, spare))
+    leave_descriptors(player, 7)
     player.control("launch", e2e.clip("one_second.mp4"))
     return player
 
@@ -285,9 +289,7 @@ def _(test):
 @given("out of descriptors while it plays")
 def _(test):
     player = test.play(e2e.SHORT)
-    pid = player.child.pid
-    held = max(map(int, os.listdir(f"/proc/{pid}/fd"))) + 1
-    resource.prlimit(pid, resource.RLIMIT_NOFILE, (held, held))
+    leave_descriptors(player, 0)
     return player
 
 
