@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "player/decoder_tuning.h"
+#include "player/http_sources.h"
 #include "player/sound_guards.h"
 #include "player/subtitle_file.h"
 
@@ -29,8 +30,6 @@ enum PlaybinFlag : unsigned {
 
 /// A picture that is later than this is not worth converting.
 constexpr gint64 kMaxLatenessNs = 20 * GST_MSECOND;
-/// Seconds without an answer after which the source itself gives up.
-constexpr guint kSourceTimeoutS = 20;
 
 /// "rotate-90", "flip-rotate-270" and the like, as media carry them.
 Orientation orientation_of(const gchar *tag) {
@@ -56,10 +55,6 @@ void take_orientation(GstEvent *event, VideoOutput &video) {
         const GText orientation(text);
         video.set_orientation(orientation_of(orientation.get()));
     }
-}
-
-bool has_property(GstElement *element, const char *name) {
-    return g_object_class_find_property(G_OBJECT_GET_CLASS(element), name) != nullptr;
 }
 
 bool is_demuxer(GstElement *element) {
@@ -106,6 +101,7 @@ void Pipeline::shut_down() {
     const GstObjectPtr<GstBus> bus(gst_element_get_bus(playbin_.get()));
     gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
     g_signal_handlers_disconnect_by_data(playbin_.get(), this);
+    stragglers_.stop();
     // After a fault nothing comes any more, and the program may look at the fault for long.
     download_.discard();
     const std::lock_guard lock(entry_mutex_);
@@ -203,6 +199,8 @@ void Pipeline::connect_signals() {
     g_signal_connect(playbin_.get(), "source-setup", G_CALLBACK(&Pipeline::handle_source), this);
     g_signal_connect(playbin_.get(), "deep-element-added", G_CALLBACK(&Pipeline::handle_element),
                      this);
+    g_signal_connect(playbin_.get(), "deep-element-removed",
+                     G_CALLBACK(&Pipeline::handle_removed_element), this);
 }
 
 GstStateChangeReturn Pipeline::set_state(GstState state) {
@@ -364,10 +362,7 @@ void Pipeline::handle_source(GstElement *, GstElement *source, gpointer pipeline
     if (!self->setup_.remote) {
         return;
     }
-    if (has_property(source, "retries") && has_property(source, "timeout")) {
-        g_object_set(source, "timeout", kSourceTimeoutS, "retries", 0, nullptr);
-    }
-    self->introduce(source);
+    introduce_http_source(source, self->setup_.settings);
     const GstObjectPtr<GstPad> pad(gst_element_get_static_pad(source, "src"));
     if (pad) {
         gst_pad_add_probe(pad.get(),
@@ -377,22 +372,16 @@ void Pipeline::handle_source(GstElement *, GstElement *source, gpointer pipeline
     }
 }
 
-void Pipeline::introduce(GstElement *source) const {
-    const StreamSettings &settings = setup_.settings;
-    if (!settings.user_agent.empty() && has_property(source, "user-agent")) {
-        g_object_set(source, "user-agent", settings.user_agent.c_str(), nullptr);
-    }
-    if (!settings.cookie.empty() && has_property(source, "cookies")) {
-        const std::array<const char *, 2> cookies = {settings.cookie.c_str(), nullptr};
-        g_object_set(source, "cookies", cookies.data(), nullptr);
-    }
-}
-
 void Pipeline::handle_element(GstBin *, GstBin *, GstElement *element, gpointer pipeline) {
     tune_if_video_decoder(element);
     guard_sound(element);
+    separate_http_source(element);
     auto *self = static_cast<Pipeline *>(pipeline);
     self->download_.take(element);
+}
+
+void Pipeline::handle_removed_element(GstBin *, GstBin *, GstElement *element, gpointer pipeline) {
+    static_cast<Pipeline *>(pipeline)->stragglers_.take(element);
 }
 
 void Pipeline::tell_download(Download::Event event) {

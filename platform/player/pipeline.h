@@ -16,6 +16,7 @@
 #include "player/download.h"
 #include "player/gst_ptr.h"
 #include "player/sound_stream.h"
+#include "player/stragglers.h"
 #include "player/stream_settings.h"
 #include "player/stream_watch.h"
 #include "player/subtitles.h"
@@ -97,7 +98,6 @@ private:
     void connect_sinks();
     void connect_subtitles();
     void take_sample(GstSample *sample);
-    void introduce(GstElement *source) const;
     void tell_download(Download::Event event);
     void connect_signals();
     [[nodiscard]] std::optional<int> query_ms(gboolean (*query)(GstElement *, GstFormat,
@@ -106,6 +106,8 @@ private:
     static GstBusSyncReply handle_message(GstBus *bus, GstMessage *message, gpointer pipeline);
     static void handle_source(GstElement *playbin, GstElement *source, gpointer pipeline);
     static void handle_element(GstBin *bin, GstBin *parent, GstElement *element, gpointer pipeline);
+    static void handle_removed_element(GstBin *bin, GstBin *parent, GstElement *element,
+                                       gpointer pipeline);
     static GstPadProbeReturn watch_source(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
     static GstPadProbeReturn watch_video(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
 
@@ -116,6 +118,7 @@ private:
     GstObjectPtr<GstElement> video_sink_;
     std::unique_ptr<SoundStream> sound_;
     std::unique_ptr<SubtitleOutput> subtitles_;  ///< null without
+    Stragglers stragglers_;
     Download download_;
     std::atomic<bool> has_captions_ = false;
     StreamWatch video_watch_;

@@ -326,6 +326,23 @@ TEST_F(PlayerFaults, AConnectionThatIsCut) {
     EXPECT_EQ(errors(), std::vector<int>{PLAYER_ERROR_INVALID_OPERATION});
 }
 
+TEST_F(PlayerFaults, ALivePlaylistWhosePiecesAreMissingIsGivenUp) {
+    const ShortLimits limits(std::chrono::milliseconds(60'000), std::chrono::milliseconds(1000));
+    // Without a time for its pieces it is read again at once, and again.
+    const std::string list =
+        "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-MEDIA-SEQUENCE:0\n#EXTINF:0.25,\npiece.ts\n";
+    const LoopbackServer server([&list](int connection) {
+        const bool asks_for_list = read_request(connection).starts_with("GET /list.m3u8");
+        send_all(connection,
+                 std::string(asks_for_list ? "HTTP/1.1 200 OK\r\n" : "HTTP/1.1 404 Not Found\r\n") +
+                     "Content-Type: application/vnd.apple.mpegurl\r\nConnection: close\r\n"
+                     "Content-Length: " +
+                     std::to_string(asks_for_list ? list.size() : 0) + "\r\n\r\n" +
+                     (asks_for_list ? list : ""));
+    });
+    expect_fault(server.address("/list.m3u8"), PLAYER_ERROR_INVALID_OPERATION);
+}
+
 TEST_F(PlayerFaults, ThoseOfANetworkLeaveNothingBehind) {
     // The libraries below keep some for a while, but not one more each round.
     constexpr unsigned kRounds = 6;
