@@ -107,6 +107,13 @@ TEST_P(ServerSound, QuickSetsAreShownAndReportedWithoutGoingBack) {
     EXPECT_EQ(levels.entries(), expected);
 }
 
+TEST_P(ServerSound, AnothersChangeRightAfterASetIsReported) {
+    ASSERT_EQ(sound_manager_set_volume(SOUND_TYPE_MEDIA, 5), 0);
+    server.set_volume(20);
+    EXPECT_TRUE(levels.wait_for_entry({SOUND_TYPE_MEDIA, 3}));
+    EXPECT_EQ(media_volume(), 3);
+}
+
 TEST_P(ServerSound, VolumeIsThatOfTheDefaultOutput) {
     server.add_sink("other", "device.description=Other");
     server.make_default("speaker");

@@ -5,6 +5,7 @@
 #include <pulse/timeval.h>
 #include <sys/time.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -13,6 +14,9 @@ namespace {
 
 constexpr const char *kClientName = "Tessel";
 constexpr pa_usec_t kRetryTime = 300 * PA_USEC_PER_MSEC;
+/// PipeWire says that it has carried a set out before it shows it. What isn't shown after this time
+/// was refused, or changed by another.
+constexpr pa_usec_t kSetTime = PA_USEC_PER_SEC;
 
 }  // namespace
 
@@ -34,12 +38,36 @@ ServerLink::~ServerLink() {
         pa_context_set_state_callback(context_.get(), nullptr, nullptr);
     }
     context_.reset();
-    if (retry_ != nullptr) {
-        pa_threaded_mainloop_get_api(loop_.get())->time_free(retry_);
+    cancel(retry_);
+    cancel(end_of_wait_);
+}
+
+template <ServerLink::TimedCall call>
+void ServerLink::call_later(pa_time_event *&event, pa_usec_t time) {
+    if (event != nullptr) {
+        return;
+    }
+    timeval when{};
+    pa_timeval_add(pa_gettimeofday(&when), time);
+    event = pa_threaded_mainloop_get_api(loop_.get())
+                ->time_new(
+                    pa_threaded_mainloop_get_api(loop_.get()), &when,
+                    [](pa_mainloop_api *, pa_time_event *, const timeval *, void *self) {
+                        (static_cast<ServerLink *>(self)->*call)();
+                    },
+                    this);
+}
+
+void ServerLink::cancel(pa_time_event *&event) {
+    if (event != nullptr) {
+        pa_threaded_mainloop_get_api(loop_.get())->time_free(std::exchange(event, nullptr));
     }
 }
 
 void ServerLink::connect() {
+    cancel(retry_);
+    cancel(end_of_wait_);
+    awaited_.reset();
     reading_ = false;
     sets_under_way_ = 0;
     context_.reset(pa_context_new(pa_threaded_mainloop_get_api(loop_.get()), kClientName));
@@ -82,20 +110,7 @@ void ServerLink::state_changed() {
 
 void ServerLink::lose() {
     // The old connection may still be telling of its end: the next is made on another turn.
-    if (retry_ == nullptr) {
-        timeval when{};
-        pa_timeval_add(pa_gettimeofday(&when), kRetryTime);
-        auto *const api = pa_threaded_mainloop_get_api(loop_.get());
-        retry_ = api->time_new(
-            api, &when,
-            [](pa_mainloop_api *loop, pa_time_event *event, const timeval *, void *data) {
-                auto &self = *static_cast<ServerLink *>(data);
-                loop->time_free(event);
-                self.retry_ = nullptr;
-                self.connect();
-            },
-            this);
-    }
+    call_later<&ServerLink::connect>(retry_, kRetryTime);
     handlers_.away();
 }
 
@@ -141,12 +156,26 @@ void ServerLink::finish_reading() {
     // What changes while it is read may not fit together.
     const bool complete = read_so_far_.default_sink() != nullptr || !read_again_;
     if (complete) {
-        handlers_.outputs(std::exchange(read_so_far_, {}),
-                          sets_under_way_ == 0 && sets_before_reading_ == sets_sent_);
+        const bool settled = volumes_settled();
+        if (settled) {
+            awaited_.reset();
+        }
+        handlers_.outputs(std::exchange(read_so_far_, {}), settled);
     }
     if (read_again_) {
         read();
     }
+}
+
+bool ServerLink::volumes_settled() const {
+    if (sets_under_way_ > 0 || sets_before_reading_ != sets_sent_) {
+        return false;
+    }
+    return !awaited_ || std::all_of(read_so_far_.sinks.begin(), read_so_far_.sinks.end(),
+                                    [this](const Sink &sink) {
+                                        return sink.index != awaited_->index ||
+                                               level_of(sink) == level_of(*awaited_);
+                                    });
 }
 
 bool ServerLink::set_volume(const Sink &sink, const pa_cvolume &volume) {
@@ -163,7 +192,11 @@ bool ServerLink::set_volume(const Sink &sink, const pa_cvolume &volume) {
     }
     ++sets_sent_;
     ++sets_under_way_;
+    awaited_ = sink;
+    awaited_->volume = volume;
+    cancel(end_of_wait_);
     if (sink.muted && pa_cvolume_max(&volume) > PA_VOLUME_MUTED) {
+        awaited_->muted = false;
         const Operation unmute(
             pa_context_set_sink_mute_by_index(context_.get(), sink.index, 0, done, this));
         sets_under_way_ += unmute ? 1 : 0;
@@ -174,6 +207,15 @@ bool ServerLink::set_volume(const Sink &sink, const pa_cvolume &volume) {
 /// The server has carried a set out, or has refused it: what it is now is to be read.
 void ServerLink::sent() {
     if (--sets_under_way_ == 0) {
+        call_later<&ServerLink::stop_waiting_for_set>(end_of_wait_, kSetTime);
+        read();
+    }
+}
+
+void ServerLink::stop_waiting_for_set() {
+    cancel(end_of_wait_);
+    if (awaited_) {
+        awaited_.reset();
         read();
     }
 }

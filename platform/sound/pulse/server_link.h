@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "sound/pulse/outputs.h"
 
@@ -32,7 +33,7 @@ class ServerLink {
 public:
     struct Handlers {
         /// The outputs as they are now.
-        /// `volumes_settled`: they show every set_volume() so far
+        /// `volumes_settled`: they show every set_volume() so far, or won't
         std::function<void(Outputs outputs, bool volumes_settled)> outputs;
         /// The server can't be reached, or has gone. May come again and again.
         std::function<void()> away;
@@ -64,19 +65,29 @@ public:
 private:
     using Operation = std::unique_ptr<pa_operation, OperationUnref>;
 
+    using TimedCall = void (ServerLink::*)();
+
     void connect();
+    /// Makes the call when a time has passed, unless it is to be made already.
+    template <TimedCall call>
+    void call_later(pa_time_event *&event, pa_usec_t time);
+    void cancel(pa_time_event *&event);
     void state_changed();
     void lose();
     /// Reads all outputs anew; while that is under way, once more after it.
     void read();
     void read_sinks();
     void finish_reading();
+    [[nodiscard]] bool volumes_settled() const;
     void sent();
+    void stop_waiting_for_set();
 
     Handlers handlers_;
     std::unique_ptr<pa_threaded_mainloop, MainloopFree> loop_;
     std::unique_ptr<pa_context, ContextUnref> context_;
-    pa_time_event *retry_ = nullptr;  ///< the loop's
+    // The loop's.
+    pa_time_event *retry_ = nullptr;
+    pa_time_event *end_of_wait_ = nullptr;
 
     bool reading_ = false;
     bool read_again_ = false;
@@ -85,6 +96,8 @@ private:
     unsigned sets_sent_ = 0;
     unsigned sets_under_way_ = 0;
     unsigned sets_before_reading_ = 0;
+    /// The last set, until what is read shows it.
+    std::optional<Sink> awaited_;
 };
 
 }  // namespace host::sound::pulse
