@@ -76,8 +76,8 @@ TEST(HttpSources, CancellationBetweenAnAnswerAndItsReportIsSurvived) {
 /// GLib's, for all libraries of the process.
 extern "C" __attribute__((visibility("default"))) void g_task_return_pointer(
     GTask *task, gpointer result, GDestroyNotify free_result) {
-    static const auto return_pointer =
-        reinterpret_cast<decltype(&g_task_return_pointer)>(dlsym(RTLD_NEXT, "g_task_return_pointer"));
+    static const auto return_pointer = reinterpret_cast<decltype(&g_task_return_pointer)>(
+        dlsym(RTLD_NEXT, "g_task_return_pointer"));
     const gpointer session = g_task_get_source_object(task);
     std::promise<void> *const told =
         session != nullptr && G_OBJECT_TYPE_NAME(session) == std::string_view("SoupSession")
