@@ -239,6 +239,41 @@ def make_hls(clip, folder):
     return folder
 
 
+class LivePlaylist:
+    """The clip as a playlist without an end, of which four one-second pieces move on."""
+
+    WINDOW = 4
+
+    def __init__(self, clip, folder):
+        self.folder = make_hls(clip, folder)
+        names = (name for name in os.listdir(folder) if name.endswith(".ts"))
+        self.pieces = sorted(names, key=lambda name: (len(name), name))
+        self.closing = threading.Event()
+        self.write(0)
+        self.thread = threading.Thread(target=self.move_on)
+        self.thread.start()
+
+    def write(self, first):
+        lines = ["#EXTM3U", "#EXT-X-VERSION:3", "#EXT-X-TARGETDURATION:1",
+                 f"#EXT-X-MEDIA-SEQUENCE:{first}"]
+        for piece in self.pieces[first:first + self.WINDOW]:
+            lines += ["#EXTINF:1.0,", piece]
+        new = os.path.join(self.folder, "new")
+        with open(new, "w", encoding="utf-8") as file:
+            file.write("\n".join(lines) + "\n")
+        os.replace(new, os.path.join(self.folder, "list.m3u8"))
+
+    def move_on(self):
+        for first in range(1, len(self.pieces)):
+            if self.closing.wait(1.0):
+                return
+            self.write(first)
+
+    def end(self):
+        self.closing.set()
+        self.thread.join()
+
+
 class Camera:
     """Serves one clip over RTSP, to each who asks from its start, at its own pace."""
 

@@ -75,6 +75,16 @@ class Streams(e2e.TestCase):
         self.seek_forward(player)
         player.expect_exit(0)
 
+    def test_a_live_playlist_plays_until_it_is_ended(self):
+        playlist = media_server.LivePlaylist(e2e.clip(CLIP), os.path.join(self.folder, "live"))
+        self.addCleanup(playlist.end)
+        player = self.stream("plain/live/list.m3u8")
+        # Beyond the pieces that there were at first.
+        player.wait(f"position>={(playlist.WINDOW + 1) * 1000}")
+        self.assertEqual(player.state()["duration"], 0)
+        player.control("quit")
+        player.expect_exit(0)
+
     def test_a_camera_plays(self):
         camera = media_server.Camera(e2e.clip(CLIP))
         self.addCleanup(camera.end)
