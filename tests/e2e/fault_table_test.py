@@ -10,7 +10,7 @@ import unittest
 
 import e2e
 import fault_media
-from media_server import Camera, MediaServer, make_hls
+from media_server import Camera, LivePlaylist, MediaServer, make_hls
 
 TABLE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "docs", "faults.md")
 # A fault shows within this time of the launch, on a machine with nothing else to do.
@@ -207,6 +207,16 @@ def given_playlist(name, *lines):
         text = "".join(f"{line}\n" for line in ("#EXTM3U", *lines)) + "#\n" * 50
         fault_media.write(os.path.join(server.folder, "list.m3u8"), text.encode())
         return test.start(server.address("plain/list.m3u8"))
+
+
+@given("live playlist whose pieces are missing")
+def _(test):
+    server = test.server()
+    playlist = LivePlaylist(e2e.clip("one_second.mp4"), os.path.join(server.folder, "live"))
+    test.addCleanup(playlist.end)
+    for name in playlist.pieces:
+        os.remove(os.path.join(playlist.folder, name))
+    return test.start_impatient(server.address("plain/live/list.m3u8"))
 
 
 given_playlist("playlist of nothing", "#EXT-X-TARGETDURATION:1", "#EXT-X-ENDLIST")
