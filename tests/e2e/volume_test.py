@@ -174,9 +174,11 @@ class HeadlessVolume(Volume, e2e.TestCase):
         player.wait(f"page=={PLAYER_PAGE}")
         # The bezel is the player screen's again.
         self.turn(player, 1)
-        player.wait("controls==true")
-        button = next(button for button in player.state()["buttons"]
-                      if button["style"].startswith("video/volume/"))
+        # The controls of before may go, and come with the bezel, between two looks.
+        button = e2e.wait_until(
+            lambda: next((button for button in player.state()["buttons"]
+                          if button["style"].startswith("video/volume/")), None),
+            "the button of the volume")
         self.assertFalse(button["enabled"])
         self.assertEqual(button["style"], "video/volume/mute")
 
