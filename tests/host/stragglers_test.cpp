@@ -3,11 +3,17 @@
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string_view>
+
 #include "player/gst_ptr.h"
+#include "player/pipeline.h"
+#include "player/video_output.h"
 
 namespace {
 
 using host::GstObjectPtr;
+using host::Pipeline;
 using host::Stragglers;
 
 GstObjectPtr<GstElement> make_element() {
@@ -55,6 +61,51 @@ TEST(Stragglers, TheLatestAreKeptAndNoMore) {
     }
     EXPECT_EQ(GST_OBJECT_REFCOUNT_VALUE(first.get()), 1);
     EXPECT_EQ(GST_OBJECT_REFCOUNT_VALUE(second.get()), 2);
+}
+
+/// The whole that an element is a part of.
+GstObject *root_of(GstObject *object) {
+    GstObject *parent = GST_OBJECT_PARENT(object);
+    return parent == nullptr ? object : root_of(parent);
+}
+
+TEST(Stragglers, APipelineThatEndsStopsThoseThatLeaveIt) {
+    gst_init(nullptr, nullptr);
+    GstObjectPtr<GstObject> whole;
+    GstObjectPtr<GstElement> woken;
+    Pipeline pipeline({
+        .uri = "file:///dev/null",
+        .remote = false,
+        .sound_output = "fakesink",
+        .volume = {},
+        .video = std::make_shared<host::VideoOutput>(),
+        .settings = {},
+        .taps = {},
+        .on_message =
+            [&whole](host::GstMiniPtr<GstMessage> message) {
+                if (!whole) {
+                    GstObject *root = root_of(GST_MESSAGE_SRC(message.get()));
+                    whole.reset(GST_OBJECT(gst_object_ref(root)));
+                }
+            },
+    });
+    pipeline.set_state(GST_STATE_PAUSED);
+    ASSERT_NE(whole, nullptr);
+    // As a reader of playlists does, late and now and then.
+    g_signal_connect(
+        whole.get(), "deep-element-removed",
+        G_CALLBACK(+[](GstBin *, GstBin *, GstElement *element, gpointer data) {
+            auto &kept = *static_cast<GstObjectPtr<GstElement> *>(data);
+            GstElementFactory *factory = gst_element_get_factory(element);
+            if (factory != nullptr && GST_OBJECT_NAME(factory) == std::string_view("filesrc")) {
+                kept.reset(GST_ELEMENT(gst_object_ref(element)));
+                gst_element_set_state(element, GST_STATE_READY);
+            }
+        }),
+        &woken);
+    pipeline.shut_down();
+    ASSERT_NE(woken, nullptr);
+    EXPECT_EQ(GST_STATE(woken.get()), GST_STATE_NULL);
 }
 
 }  // namespace
